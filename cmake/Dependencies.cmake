@@ -1,0 +1,28 @@
+# SPDX-FileCopyrightText: 2026 The Dorvantel founders
+# SPDX-License-Identifier: MIT
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network Pdf PdfWidgets Svg Concurrent)
+find_package(ICU 70 REQUIRED COMPONENTS uc i18n)
+find_package(SQLite3 3.38 REQUIRED)
+find_package(nlohmann_json 3.11 REQUIRED)
+find_package(simdjson 3 REQUIRED)
+find_package(Threads REQUIRED)
+find_path(HTTPLIB_INCLUDE_DIR httplib.h REQUIRED)
+find_library(HTTPLIB_LIBRARY cpp-httplib)
+
+if(NOT TARGET httplib)
+    add_library(httplib INTERFACE IMPORTED)
+    target_include_directories(httplib SYSTEM INTERFACE "${HTTPLIB_INCLUDE_DIR}")
+    if(HTTPLIB_LIBRARY)
+        target_link_libraries(httplib INTERFACE "${HTTPLIB_LIBRARY}")
+    endif()
+    target_link_libraries(httplib INTERFACE Threads::Threads)
+endif()
+
+if(DORVANTEL_BUILD_TESTS)
+    find_package(GTest 1.12 REQUIRED)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+    include(GoogleTest)
+endif()
+if(DORVANTEL_BUILD_BENCH)
+    find_package(benchmark REQUIRED)
+endif()

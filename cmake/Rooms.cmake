@@ -1,0 +1,33 @@
+# SPDX-FileCopyrightText: 2026 The Dorvantel founders
+# SPDX-License-Identifier: MIT
+
+# One static library per folder, named dorvantel_<folder>: every *.cpp of the folder but the entries of programs
+# (main.cpp, *Main.cpp). Includes are written from the root of the repository.
+function(dorvantel_room name)
+    cmake_parse_arguments(ROOM "" "" "LINK" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS "*.cpp" "*.h" "*.qrc")
+    list(FILTER sources EXCLUDE REGEX "(/main|Main)\\.cpp$")
+    add_library(dorvantel_${name} STATIC ${sources})
+    target_include_directories(dorvantel_${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+    target_link_libraries(dorvantel_${name} PUBLIC ${ROOM_LINK})
+    set_target_properties(dorvantel_${name} PROPERTIES LINKER_LANGUAGE CXX AUTORCC ON)
+endfunction()
+
+# The tests of one folder: every *_test.cpp below tests/<folder>, one program, one ctest entry per test.
+function(dorvantel_tests name)
+    cmake_parse_arguments(T "" "" "LINK;DEPENDS" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp" "${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h")
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(test_${name} ${sources})
+    target_link_libraries(test_${name} PRIVATE dorvantel_test_support ${T_LINK})
+    target_compile_definitions(test_${name} PRIVATE
+        DORVANTEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}" DORVANTEL_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+    if(T_DEPENDS)
+        add_dependencies(test_${name} ${T_DEPENDS})
+    endif()
+    gtest_discover_tests(test_${name}
+        DISCOVERY_MODE PRE_TEST
+        PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LANG=C.UTF-8;TZ=UTC")
+endfunction()

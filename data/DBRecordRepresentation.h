@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "data/DBRecord.h"
+#include "data/JSONCVData.h"
+
+#include <QUuid>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace dorvantel {
+
+class PDFDocument;
+
+/// A candidate as the user interface holds it: listed, selected, edited and deleted as one shared object. Lives on the
+/// UI thread; owned by whoever holds a pointer, the application state first of all. Two objects are the same candidate
+/// exactly when their `id` is the same, whatever their fields say.
+///
+/// `Model` announces what happens to the records it holds; a record announces nothing by itself.
+struct DBRecordRepresentation {
+    using PDFCallback = std::function<void(std::shared_ptr<PDFDocument>)>;
+
+    QUuid id = QUuid::createUuid(); ///< never leaves the program
+    QString name;
+    QString profession;
+    QString email; ///< the record's key in the records service
+    std::optional<QString> summarizedText;
+    std::optional<QString> invitationMail;
+    JSONCVData jsonCVData;
+    std::optional<QByteArray> file;             ///< the PDF; absent until it was loaded or supplied by intake
+    std::vector<PDFCallback> pdfLoadCallbacks{}; ///< who waits for the PDF; empty unless it is being downloaded
+
+    DBRecordRepresentation() = default;
+    // A candidate has an identity: it is shared, never copied.
+    DBRecordRepresentation(const DBRecordRepresentation&) = delete;
+    DBRecordRepresentation& operator=(const DBRecordRepresentation&) = delete;
+
+    /// The record to insert. Stops the program when the summary or the mail is absent: intake fills both.
+    DBRecord toDBRecord() const;
+
+    bool operator==(const DBRecordRepresentation& other) const { return id == other.id; }
+};
+
+inline std::size_t qHash(const DBRecordRepresentation& record, std::size_t seed = 0) {
+    return qHash(record.id, seed);
+}
+
+using DBRecordPointer = std::shared_ptr<DBRecordRepresentation>;
+
+} // namespace dorvantel

@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "data/RecordsService.h"
+
+#include <QHash>
+#include <QObject>
+#include <QStringList>
+
+#include <vector>
+
+namespace dorvantel {
+
+/// The state of the application: the stored candidates, the one that is selected, and the catalogues of the values that
+/// occur in them. Lives on the UI thread; made once, by the main window, and outlived by the records service that it
+/// was given. Loading starts at creation and happens once per run; failures are only logged.
+class Model : public QObject {
+    Q_OBJECT
+
+public:
+    /// From a lower-cased value to its spelling as stored.
+    using Catalogue = QHash<QString, QString>;
+
+    explicit Model(RecordsService& service, QObject* parent = nullptr);
+
+    const std::vector<DBRecordPointer>& dbRecords() const { return m_dbRecords; }
+    void appendRecord(DBRecordPointer record);
+
+    const DBRecordPointer& selectedDBRecord() const { return m_selectedDBRecord; }
+    void setSelectedDBRecord(DBRecordPointer record);
+
+    /// The catalogues for display and completion. Every rebuild appends to them, so values occur repeatedly.
+    const QStringList& techSkills() const { return m_techSkills; }
+    const QStringList& softSkills() const { return m_softSkills; }
+    const QStringList& languages() const { return m_languages; }
+
+    /// The catalogues for membership and spelling; exact at all times.
+    const Catalogue& techSkillsDictionary() const { return m_techSkillsDictionary; }
+    const Catalogue& softSkillsDictionary() const { return m_softSkillsDictionary; }
+    const Catalogue& languagesDictionary() const { return m_languagesDictionary; }
+
+    /// Recomputes the dictionaries from the records and appends their values to the lists.
+    void rebuildCatalogues();
+
+    /// Takes the selected record out of the list and clears the selection; the records service is not told. Does
+    /// nothing without a selection, or with one that is not in the list.
+    void removeSelectedRecord();
+
+Q_SIGNALS:
+    void recordsAppended(qsizetype first, qsizetype count);
+    void recordRemoved(qsizetype index);
+    void selectedDBRecordChanged();
+    void cataloguesRebuilt();
+
+private:
+    void load(RecordsService& service);
+
+    std::vector<DBRecordPointer> m_dbRecords;
+    DBRecordPointer m_selectedDBRecord;
+    QStringList m_techSkills;
+    QStringList m_softSkills;
+    QStringList m_languages;
+    Catalogue m_softSkillsDictionary;
+    Catalogue m_techSkillsDictionary;
+    Catalogue m_languagesDictionary;
+};
+
+} // namespace dorvantel

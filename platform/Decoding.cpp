@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "platform/Decoding.h"
+
+namespace dorvantel {
+
+using namespace Qt::StringLiterals;
+
+QString codingPathText(const QStringList& path) {
+    return path.isEmpty() ? u"[]"_s : u"[\""_s + path.join(u"\", \""_s) + u"\"]"_s;
+}
+
+QString localizedDescription(const DecodeError& error) {
+    switch (error.kind) {
+    case DecodeError::Kind::KeyNotFound:
+    case DecodeError::Kind::ValueNotFound:
+        return u"The data couldn’t be read because it is missing."_s;
+    case DecodeError::Kind::TypeMismatch:
+    case DecodeError::Kind::DataCorrupted:
+        break;
+    }
+    return u"The data couldn’t be read because it isn’t in the correct format."_s;
+}
+
+QString debugText(const DecodeError& error) {
+    const QString details = u"("_s + error.context + u" "_s + codingPathText(error.path) + u")"_s;
+    switch (error.kind) {
+    case DecodeError::Kind::KeyNotFound:
+        return u"keyNotFound \""_s + error.subject + u"\" "_s + details;
+    case DecodeError::Kind::TypeMismatch:
+        return u"typeMismatch "_s + error.subject + u" "_s + details;
+    case DecodeError::Kind::ValueNotFound:
+        return u"valueNotFound "_s + error.subject + u" "_s + details;
+    case DecodeError::Kind::DataCorrupted:
+        break;
+    }
+    return u"dataCorrupted "_s + details;
+}
+
+} // namespace dorvantel

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+#include <chrono>
+#include <expected>
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QNetworkAccessManager;
+
+namespace dorvantel {
+
+struct HttpRequest {
+    enum class Method { Get, Post, Delete };
+    Method method = Method::Get;
+    QUrl url;
+    QByteArray contentType; ///< sent when not empty
+    QByteArray body;        ///< sent with POST and DELETE
+    std::chrono::milliseconds timeout{60'000}; ///< of silence: data that keeps coming keeps the request alive
+};
+
+struct HttpResponse {
+    std::optional<int> statusCode; ///< absent when what answered does not speak HTTP (a file: URL, say)
+    QByteArray body;               ///< empty when there was none
+};
+
+/// Why no response came: name not found, refused, cut, timed out. `description` is a text for people.
+struct TransportError {
+    QString description;
+};
+
+using HttpOutcome = std::expected<HttpResponse, TransportError>;
+
+/// Sends HTTP requests. Lives on the UI thread, is called there and completes there.
+class HttpSession {
+public:
+    virtual ~HttpSession() = default;
+
+    /// Returns at once and calls `completion` exactly once, never from inside this call. When `context` is destroyed
+    /// first, the request is aborted and `completion` is never called. Any status code is an outcome, not an error.
+    virtual void send(const HttpRequest& request, QObject* context, std::function<void(HttpOutcome)> completion) = 0;
+};
+
+/// The session that the program uses: connections are shared by all its users and redirects are followed.
+class NetworkHttpSession final : public HttpSession {
+public:
+    NetworkHttpSession();
+    ~NetworkHttpSession() override;
+
+    void send(const HttpRequest& request, QObject* context, std::function<void(HttpOutcome)> completion) override;
+
+private:
+    std::unique_ptr<QNetworkAccessManager> m_manager;
+};
+
+} // namespace dorvantel
