@@ -31,7 +31,7 @@ struct DBRecordRepresentation {
     std::optional<QString> summarizedText;
     std::optional<QString> invitationMail;
     JSONCVData jsonCVData;
-    std::optional<QByteArray> file;             ///< the PDF; absent until it was loaded or supplied by intake
+    std::optional<QByteArray> file;              ///< the PDF; absent until it was loaded or supplied by intake
     std::vector<PDFCallback> pdfLoadCallbacks{}; ///< who waits for the PDF; empty unless it is being downloaded
 
     DBRecordRepresentation() = default;

@@ -18,7 +18,10 @@ namespace {
 /// Fills `catalogue` with the values of one kind, later spellings replacing earlier ones.
 class CatalogueBuilder {
 public:
-    explicit CatalogueBuilder(Model::Catalogue& catalogue) : m_catalogue(catalogue) { m_catalogue.clear(); }
+    explicit CatalogueBuilder(Model::Catalogue& catalogue)
+        : m_catalogue(catalogue) {
+        m_catalogue.clear();
+    }
 
     void add(const QStringList& values) {
         for (const QString& value : values) {
@@ -41,7 +44,8 @@ private:
 
 } // namespace
 
-Model::Model(RecordsService& service, QObject* parent) : QObject(parent) {
+Model::Model(RecordsService& service, QObject* parent)
+    : QObject(parent) {
     load(service);
 }
 

@@ -29,7 +29,8 @@ QList<TagViewItem> IdentifiableQueryResult::languageTags() const {
     return tags(jsonCVData.languages);
 }
 
-IdentifiableSearchResponse::IdentifiableSearchResponse(SearchResponse response) : sql(std::move(response.sql)) {
+IdentifiableSearchResponse::IdentifiableSearchResponse(SearchResponse response)
+    : sql(std::move(response.sql)) {
     result.reserve(response.result.size());
     for (QueryResult& row : response.result) {
         auto item = std::make_shared<IdentifiableQueryResult>();

@@ -16,9 +16,9 @@ struct DecodeError {
         DataCorrupted, ///< the body is not JSON, or a number does not fit
     };
     Kind kind = Kind::DataCorrupted;
-    QString subject;     ///< the key (KeyNotFound) or the expected type's name (TypeMismatch, ValueNotFound)
-    QString context;     ///< what was wrong, in a sentence
-    QStringList path;    ///< from the document to the value: keys, and "Index 3" for elements
+    QString subject;  ///< the key (KeyNotFound) or the expected type's name (TypeMismatch, ValueNotFound)
+    QString context;  ///< what was wrong, in a sentence
+    QStringList path; ///< from the document to the value: keys, and "Index 3" for elements
 
     bool operator==(const DecodeError&) const = default;
 };

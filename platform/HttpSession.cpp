@@ -31,7 +31,8 @@ private:
 /// A response with an error status is a response: only what kept one from arriving is a transport error.
 bool hasResponse(const QNetworkReply& reply) {
     const bool hasStatus = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
-    return reply.error() == QNetworkReply::NoError || (hasStatus && reply.error() >= QNetworkReply::ContentAccessDenied);
+    return reply.error() == QNetworkReply::NoError ||
+           (hasStatus && reply.error() >= QNetworkReply::ContentAccessDenied);
 }
 
 QString description(const QNetworkReply& reply) {
@@ -43,7 +44,8 @@ QString description(const QNetworkReply& reply) {
 
 } // namespace
 
-NetworkHttpSession::NetworkHttpSession() : m_manager(std::make_unique<QNetworkAccessManager>()) {}
+NetworkHttpSession::NetworkHttpSession()
+    : m_manager(std::make_unique<QNetworkAccessManager>()) {}
 
 NetworkHttpSession::~NetworkHttpSession() = default;
 

@@ -21,8 +21,8 @@ struct HttpRequest {
     enum class Method { Get, Post, Delete };
     Method method = Method::Get;
     QUrl url;
-    QByteArray contentType; ///< sent when not empty
-    QByteArray body;        ///< sent with POST and DELETE
+    QByteArray contentType;                    ///< sent when not empty
+    QByteArray body;                           ///< sent with POST and DELETE
     std::chrono::milliseconds timeout{60'000}; ///< of silence: data that keeps coming keeps the request alive
 };
 

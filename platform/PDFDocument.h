@@ -16,7 +16,8 @@ class PDFDocument {
 public:
     PDFDocument() = default; ///< an empty document: no bytes, no pages
     PDFDocument(QByteArray bytes, QStringList pageTexts)
-        : m_bytes(std::move(bytes)), m_pageTexts(std::move(pageTexts)) {}
+        : m_bytes(std::move(bytes))
+        , m_pageTexts(std::move(pageTexts)) {}
 
     qsizetype pageCount() const { return m_pageTexts.size(); }
     const QString& pageText(qsizetype index) const { return m_pageTexts[index]; }

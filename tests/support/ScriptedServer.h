@@ -14,7 +14,7 @@ namespace dorvantel::test {
 
 struct ScriptedRequest {
     QByteArray method;
-    QByteArray target; ///< path and query as sent, still percent-encoded
+    QByteArray target;                     ///< path and query as sent, still percent-encoded
     QHash<QByteArray, QByteArray> headers; ///< names in lower case
     QByteArray body;
 };
@@ -24,11 +24,11 @@ struct ScriptedReply {
     QByteArray body;
     QByteArray contentType = "application/json";
     enum class Way {
-        Whole,      ///< the complete answer
-        Stall,      ///< nothing, and the connection stays open
-        Cut,        ///< the connection closes without an answer
-        CutInBody,  ///< headers announce the body, half of it comes, the connection closes
-        NotHttp,    ///< the bytes of `body` alone, then the connection closes
+        Whole,     ///< the complete answer
+        Stall,     ///< nothing, and the connection stays open
+        Cut,       ///< the connection closes without an answer
+        CutInBody, ///< headers announce the body, half of it comes, the connection closes
+        NotHttp,   ///< the bytes of `body` alone, then the connection closes
     };
     Way way = Way::Whole;
     bool held = false; ///< answered only when `release` is called

@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include <QDirIterator>
+#include <QFile>
+#include <QMap>
+#include <QRegularExpression>
+#include <QSet>
+#include <QStringList>
+
+#include <functional>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Which folders a folder may include from, itself aside. docs/architecture.md says why.
+const QMap<QString, QSet<QString>> allowedEdges = {
+    {u"platform"_s, {}},
+    {u"data"_s, {u"platform"_s}},
+    {u"records"_s, {u"data"_s, u"platform"_s}},
+    {u"ui"_s, {u"data"_s, u"platform"_s}},
+    {u"modelserver"_s, {u"ui"_s, u"platform"_s}},
+    {u"intake"_s, {u"data"_s, u"modelserver"_s, u"ui"_s, u"platform"_s}},
+    {u"search"_s, {u"data"_s, u"modelserver"_s, u"ui"_s, u"platform"_s}},
+    {u"app"_s, {u"records"_s, u"intake"_s, u"search"_s, u"data"_s, u"modelserver"_s, u"ui"_s, u"platform"_s}},
+    {u"service"_s, {u"data"_s, u"platform"_s}},
+    {u"demo"_s, {u"data"_s, u"platform"_s}},
+};
+
+struct Include {
+    QString file; ///< relative to the root
+    QString target;
+    bool quoted;
+};
+
+QList<Include> includesBelow(const QString& folder) {
+    static const QRegularExpression directive(u"^\\s*#\\s*include\\s*([\"<])([^\">]+)[\">]"_s,
+                                              QRegularExpression::MultilineOption);
+    const QDir root(QStringLiteral(DORVANTEL_SOURCE_DIR));
+    QList<Include> includes;
+    QDirIterator files(root.filePath(folder), {u"*.h"_s, u"*.cpp"_s}, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(file.fileName());
+        const QString text = QString::fromUtf8(file.readAll());
+        for (auto match = directive.globalMatch(text); match.hasNext();) {
+            const QRegularExpressionMatch found = match.next();
+            includes.append({root.relativeFilePath(file.fileName()), found.captured(2), found.captured(1) == "\""_L1});
+        }
+    }
+    return includes;
+}
+
+QString roomOf(const QString& path) {
+    return path.section(u'/', 0, 0);
+}
+
+} // namespace
+
+TEST(Includes, EveryRoomHasSources) {
+    for (const QString& room : allowedEdges.keys()) {
+        EXPECT_FALSE(includesBelow(room).isEmpty()) << qPrintable(room);
+    }
+}
+
+TEST(Includes, OnlyAllowedEdgesBetweenRooms) {
+    for (auto room = allowedEdges.cbegin(); room != allowedEdges.cend(); ++room) {
+        for (const Include& include : includesBelow(room.key())) {
+            const QString target = roomOf(include.target);
+            if (!include.quoted || !allowedEdges.contains(target) || target == room.key()) {
+                continue;
+            }
+            EXPECT_TRUE(room.value().contains(target))
+                << qPrintable(include.file) << " may not include " << qPrintable(include.target);
+        }
+    }
+}
+
+TEST(Includes, QuotedIncludesAreWrittenFromTheRootAndExist) {
+    const QDir root(QStringLiteral(DORVANTEL_SOURCE_DIR));
+    for (const QString& room : allowedEdges.keys()) {
+        for (const Include& include : includesBelow(room)) {
+            const bool generated = include.target.endsWith(".moc"_L1) || include.target.startsWith("moc_"_L1);
+            if (include.quoted && !generated) {
+                EXPECT_TRUE(root.exists(include.target))
+                    << qPrintable(include.file) << " includes " << qPrintable(include.target);
+            }
+        }
+    }
+}
+
+TEST(Includes, ProductionCodeNeverIncludesTests) {
+    for (const QString& room : allowedEdges.keys()) {
+        for (const Include& include : includesBelow(room)) {
+            EXPECT_NE(roomOf(include.target), u"tests"_s) << qPrintable(include.file);
+        }
+    }
+}
+
+TEST(Includes, WidgetsOnlyWhereViewsLive) {
+    const QSet<QString> widgetless = {u"platform"_s, u"data"_s, u"records"_s, u"service"_s, u"demo"_s};
+    static const QRegularExpression widgetHeader(
+        u"^(QtWidgets/.*|Q(Application|Widget|MainWindow|Dialog|MessageBox|FileDialog|Label|PushButton|Layout|"
+        "VBoxLayout|HBoxLayout|GridLayout|LineEdit|TextEdit|PlainTextEdit|ListView|Menu|MenuBar|Splitter|"
+        "AbstractItemView|StyledItemDelegate|Style|ProgressBar|PdfView))$"_s);
+    for (const QString& room : widgetless) {
+        for (const Include& include : includesBelow(room)) {
+            EXPECT_FALSE(widgetHeader.match(include.target).hasMatch())
+                << qPrintable(include.file) << " includes " << qPrintable(include.target);
+        }
+    }
+}
+
+TEST(Includes, NoFileIncludesItselfThroughOthers) {
+    QMap<QString, QStringList> graph;
+    for (const QString& room : allowedEdges.keys()) {
+        for (const Include& include : includesBelow(room)) {
+            if (include.quoted) {
+                graph[include.file].append(include.target);
+            }
+        }
+    }
+    enum class Mark { None, Open, Done };
+    QMap<QString, Mark> marks;
+    QStringList way;
+    std::function<void(const QString&)> visit = [&](const QString& file) {
+        if (marks.value(file) == Mark::Done) {
+            return;
+        }
+        way.append(file);
+        EXPECT_NE(marks.value(file), Mark::Open) << "circle: " << qPrintable(way.join(u" → "_s));
+        if (marks.value(file) == Mark::None) {
+            marks[file] = Mark::Open;
+            for (const QString& target : graph.value(file)) {
+                visit(target);
+            }
+            marks[file] = Mark::Done;
+        }
+        way.removeLast();
+    };
+    for (const QString& file : graph.keys()) {
+        visit(file);
+    }
+}
