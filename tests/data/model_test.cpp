@@ -1,0 +1,322 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "data/Model.h"
+
+#include "tests/support/CapturedOutput.h"
+#include "tests/support/FakeRecordsService.h"
+#include "tests/support/Wait.h"
+
+#include <QSignalSpy>
+
+#include <gmock/gmock.h>
+
+#include <memory>
+
+namespace dorvantel {
+namespace {
+
+using namespace Qt::StringLiterals;
+using test::CapturedOutput;
+using test::FakeRecordsService;
+using test::waitUntil;
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+DBRecordPointer candidate(const QString& name, const JSONCVData& data = {}) {
+    auto record = std::make_shared<DBRecordRepresentation>();
+    record->name = name;
+    record->jsonCVData = data;
+    return record;
+}
+
+DBRecordPointer speaking(const QStringList& languages) {
+    return candidate(u"Ana"_s, {.gender = {}, .softSkills = {}, .techSkills = {}, .languages = languages});
+}
+
+/// A model whose load was answered with `records`, and the service behind it.
+struct LoadedModel {
+    explicit LoadedModel(std::vector<DBRecordPointer> records) {
+        bool rebuilt = false;
+        const auto connection =
+            QObject::connect(&model, &Model::cataloguesRebuilt, &model, [&rebuilt] { rebuilt = true; });
+        service.answerFetchAll(std::move(records));
+        EXPECT_TRUE(waitUntil([&rebuilt] { return rebuilt; }));
+        QObject::disconnect(connection);
+    }
+    FakeRecordsService service;
+    Model model{service};
+};
+
+// ----- the initial load
+
+TEST(Model, StartsEmptyAndAsksForAllRecordsOnce) {
+    FakeRecordsService service;
+    const Model model(service);
+
+    EXPECT_THAT(service.calls(), ElementsAre(u"fetchAll"_s));
+    EXPECT_TRUE(model.dbRecords().empty());
+    EXPECT_EQ(model.selectedDBRecord(), nullptr);
+    EXPECT_TRUE(model.techSkills().isEmpty());
+    EXPECT_TRUE(model.softSkills().isEmpty());
+    EXPECT_TRUE(model.languages().isEmpty());
+    EXPECT_TRUE(model.techSkillsDictionary().isEmpty());
+    EXPECT_TRUE(model.softSkillsDictionary().isEmpty());
+    EXPECT_TRUE(model.languagesDictionary().isEmpty());
+}
+
+TEST(Model, FailedLoadLogsExactlyTwoLinesAndLeavesEverythingEmpty) {
+    FakeRecordsService service;
+    Model model(service);
+    const QSignalSpy rebuilt(&model, &Model::cataloguesRebuilt);
+
+    CapturedOutput output;
+    service.answerFetchAll(std::unexpected(APIError::decodingProblem));
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(output.text(), u"❌ Failed to load resumes from API\n❌ Error type: decodingProblem\n"_s);
+    EXPECT_TRUE(model.dbRecords().empty());
+    EXPECT_TRUE(model.languages().isEmpty());
+    EXPECT_EQ(rebuilt.count(), 0);
+    EXPECT_EQ(service.calls().size(), 1) << "a failed load is not tried again";
+}
+
+TEST(Model, FailedLoadNamesEachErrorByItsCase) {
+    for (const auto& [error, name] : {std::pair{APIError::responseProblem, u"responseProblem"_s},
+                                      std::pair{APIError::decodingProblem, u"decodingProblem"_s},
+                                      std::pair{APIError::encodingProblem, u"encodingProblem"_s}}) {
+        FakeRecordsService service;
+        const Model model(service);
+        CapturedOutput output;
+        service.answerFetchAll(std::unexpected(error));
+        EXPECT_THAT(output.lines(), ElementsAre(u"❌ Failed to load resumes from API"_s, u"❌ Error type: "_s + name));
+    }
+}
+
+TEST(Model, LoadedRecordsArriveInAQueuedStepOfTheirOwn) {
+    FakeRecordsService service;
+    Model model(service);
+
+    service.answerFetchAll(std::vector{candidate(u"Ana"_s), candidate(u"Luis"_s)});
+    EXPECT_TRUE(model.dbRecords().empty()) << "nothing may change inside the answer";
+
+    ASSERT_TRUE(waitUntil([&model] { return model.dbRecords().size() == 2; }));
+    EXPECT_EQ(model.dbRecords()[0]->name, u"Ana"_s);
+    EXPECT_EQ(model.dbRecords()[1]->name, u"Luis"_s);
+}
+
+TEST(Model, LoadedRecordsFollowThoseThatWereAddedMeanwhile) {
+    FakeRecordsService service;
+    Model model(service);
+    model.appendRecord(candidate(u"Nueva"_s));
+    const QSignalSpy appended(&model, &Model::recordsAppended);
+
+    service.answerFetchAll(std::vector{candidate(u"Ana"_s), candidate(u"Luis"_s)});
+
+    ASSERT_TRUE(waitUntil([&model] { return model.dbRecords().size() == 3; }));
+    EXPECT_EQ(model.dbRecords()[0]->name, u"Nueva"_s);
+    EXPECT_EQ(model.dbRecords()[1]->name, u"Ana"_s);
+    ASSERT_EQ(appended.count(), 1);
+    EXPECT_EQ(appended[0], (QVariantList{qsizetype{1}, qsizetype{2}}));
+}
+
+TEST(Model, EmptyAnswerOnlyRebuildsTheCatalogues) {
+    FakeRecordsService service;
+    Model model(service);
+    const QSignalSpy appended(&model, &Model::recordsAppended);
+    QSignalSpy rebuilt(&model, &Model::cataloguesRebuilt);
+
+    service.answerFetchAll(std::vector<DBRecordPointer>{});
+
+    ASSERT_TRUE(waitUntil([&rebuilt] { return rebuilt.count() == 1; }));
+    EXPECT_EQ(appended.count(), 0);
+    EXPECT_TRUE(model.dbRecords().empty());
+}
+
+TEST(Model, AnswerAfterTheModelIsGoneIsIgnored) {
+    FakeRecordsService service;
+    auto model = std::make_unique<Model>(service);
+    model.reset();
+    service.answerFetchAll(std::vector{candidate(u"Ana"_s)});
+    QCoreApplication::processEvents();
+}
+
+TEST(Model, ModelThatGoesBetweenAnswerAndQueuedStepIsNotTouched) {
+    FakeRecordsService service;
+    auto model = std::make_unique<Model>(service);
+    service.answerFetchAll(std::vector{candidate(u"Ana"_s)});
+    model.reset();
+    QCoreApplication::processEvents();
+}
+
+// ----- the catalogues
+
+TEST(Model, LaterSpellingOfTheSameValueWins) {
+    const LoadedModel loaded({
+        candidate(u"Ana"_s, {.gender = {}, .softSkills = {u"Liderazgo"_s}, .techSkills = {}, .languages = {}}),
+        candidate(u"Luis"_s, {.gender = {}, .softSkills = {u"liderazgo"_s}, .techSkills = {}, .languages = {}}),
+    });
+    EXPECT_EQ(loaded.model.softSkillsDictionary(), (Model::Catalogue{{u"liderazgo"_s, u"liderazgo"_s}}));
+    EXPECT_THAT(loaded.model.softSkills(), ElementsAre(u"liderazgo"_s));
+}
+
+TEST(Model, SpellingThatComesBackAfterAnotherWinsAgain) {
+    const LoadedModel loaded({speaking({u"Inglés"_s}), speaking({u"INGLÉS"_s}), speaking({u"Inglés"_s})});
+    EXPECT_EQ(loaded.model.languagesDictionary(), (Model::Catalogue{{u"inglés"_s, u"Inglés"_s}}));
+}
+
+TEST(Model, LaterSpellingWithinOneRecordWins) {
+    const LoadedModel loaded({speaking({u"inglés"_s, u"Inglés"_s})});
+    EXPECT_EQ(loaded.model.languagesDictionary(), (Model::Catalogue{{u"inglés"_s, u"Inglés"_s}}));
+}
+
+TEST(Model, EachKindHasACatalogueOfItsOwn) {
+    const LoadedModel loaded({candidate(u"Ana"_s, {.gender = u"Femenino"_s,
+                                                   .softSkills = {u"Empatía"_s},
+                                                   .techSkills = {u"C++"_s, u"Qt"_s},
+                                                   .languages = {u"Español"_s}})});
+    EXPECT_EQ(loaded.model.softSkillsDictionary(), (Model::Catalogue{{u"empatía"_s, u"Empatía"_s}}));
+    EXPECT_EQ(loaded.model.techSkillsDictionary(), (Model::Catalogue{{u"c++"_s, u"C++"_s}, {u"qt"_s, u"Qt"_s}}));
+    EXPECT_EQ(loaded.model.languagesDictionary(), (Model::Catalogue{{u"español"_s, u"Español"_s}}));
+    EXPECT_THAT(loaded.model.softSkills(), ElementsAre(u"Empatía"_s));
+    EXPECT_THAT(loaded.model.techSkills(), UnorderedElementsAre(u"C++"_s, u"Qt"_s));
+    EXPECT_THAT(loaded.model.languages(), ElementsAre(u"Español"_s));
+}
+
+TEST(Model, ValuesAreNeitherTrimmedNorFreedOfAccents) {
+    const LoadedModel loaded({speaking({u"Inglés"_s, u"Ingles"_s, u"Inglés "_s, u""_s})});
+    EXPECT_EQ(
+        loaded.model.languagesDictionary(),
+        (Model::Catalogue{
+            {u"inglés"_s, u"Inglés"_s}, {u"ingles"_s, u"Ingles"_s}, {u"inglés "_s, u"Inglés "_s}, {u""_s, u""_s}}));
+}
+
+TEST(Model, ListsGrowWithEveryRebuildWhileDictionariesStayExact) {
+    LoadedModel loaded({speaking({u"Español"_s, u"Inglés"_s}), speaking({u"Inglés"_s, u"Español"_s})});
+    ASSERT_THAT(loaded.model.languages(), UnorderedElementsAre(u"Español"_s, u"Inglés"_s));
+
+    loaded.model.setSelectedDBRecord(loaded.model.dbRecords()[0]);
+    loaded.model.removeSelectedRecord();
+
+    EXPECT_THAT(loaded.model.languages(), UnorderedElementsAre(u"Español"_s, u"Inglés"_s, u"Español"_s, u"Inglés"_s));
+    EXPECT_EQ(loaded.model.languagesDictionary().size(), 2);
+}
+
+TEST(Model, ValueOfARemovedRecordLeavesTheDictionaryButNotTheList) {
+    LoadedModel loaded({speaking({u"Español"_s}), speaking({u"Inglés"_s})});
+    loaded.model.setSelectedDBRecord(loaded.model.dbRecords()[1]);
+    loaded.model.removeSelectedRecord();
+
+    EXPECT_EQ(loaded.model.languagesDictionary(), (Model::Catalogue{{u"español"_s, u"Español"_s}}));
+    EXPECT_THAT(loaded.model.languages(), UnorderedElementsAre(u"Español"_s, u"Inglés"_s, u"Español"_s));
+}
+
+TEST(Model, RebuildTakesUpWhatWasEditedInARecord) {
+    LoadedModel loaded({speaking({u"Español"_s})});
+    loaded.model.dbRecords()[0]->jsonCVData.languages = {u"Gallego"_s};
+    loaded.model.rebuildCatalogues();
+    EXPECT_EQ(loaded.model.languagesDictionary(), (Model::Catalogue{{u"gallego"_s, u"Gallego"_s}}));
+}
+
+// ----- appending, selecting, removing
+
+TEST(Model, AppendedRecordIsLastAndAnnouncedWithoutARebuild) {
+    LoadedModel loaded({speaking({u"Español"_s})});
+    const QSignalSpy appended(&loaded.model, &Model::recordsAppended);
+    const QSignalSpy rebuilt(&loaded.model, &Model::cataloguesRebuilt);
+
+    loaded.model.appendRecord(speaking({u"Euskera"_s}));
+
+    ASSERT_EQ(appended.count(), 1);
+    EXPECT_EQ(appended[0], (QVariantList{qsizetype{1}, qsizetype{1}}));
+    EXPECT_EQ(rebuilt.count(), 0);
+    EXPECT_FALSE(loaded.model.languagesDictionary().contains(u"euskera"_s));
+}
+
+TEST(Model, SelectionIsAnnouncedOnlyWhenItChanges) {
+    LoadedModel loaded({candidate(u"Ana"_s)});
+    const QSignalSpy changed(&loaded.model, &Model::selectedDBRecordChanged);
+
+    loaded.model.setSelectedDBRecord(loaded.model.dbRecords()[0]);
+    loaded.model.setSelectedDBRecord(loaded.model.dbRecords()[0]);
+
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(loaded.model.selectedDBRecord(), loaded.model.dbRecords()[0]);
+}
+
+TEST(Model, RemovingWithoutASelectionDoesNothing) {
+    LoadedModel loaded({speaking({u"Español"_s})});
+    const QSignalSpy rebuilt(&loaded.model, &Model::cataloguesRebuilt);
+
+    loaded.model.removeSelectedRecord();
+
+    EXPECT_EQ(loaded.model.dbRecords().size(), 1U);
+    EXPECT_EQ(loaded.model.languages().size(), 1);
+    EXPECT_EQ(rebuilt.count(), 0);
+}
+
+TEST(Model, RemovingASelectionThatIsNotInTheListChangesNothing) {
+    LoadedModel loaded({speaking({u"Español"_s})});
+    const DBRecordPointer stranger = candidate(loaded.model.dbRecords()[0]->name);
+    loaded.model.setSelectedDBRecord(stranger);
+    const QSignalSpy removed(&loaded.model, &Model::recordRemoved);
+    const QSignalSpy selected(&loaded.model, &Model::selectedDBRecordChanged);
+    const QSignalSpy rebuilt(&loaded.model, &Model::cataloguesRebuilt);
+
+    loaded.model.removeSelectedRecord();
+
+    EXPECT_EQ(loaded.model.dbRecords().size(), 1U);
+    EXPECT_EQ(loaded.model.selectedDBRecord(), stranger);
+    EXPECT_EQ(loaded.model.languages().size(), 1);
+    EXPECT_EQ(removed.count() + selected.count() + rebuilt.count(), 0);
+}
+
+TEST(Model, RemovalTakesTheSelectedRecordClearsTheSelectionAndRebuilds) {
+    LoadedModel loaded({candidate(u"Ana"_s), candidate(u"Luis"_s), candidate(u"Eva"_s)});
+    loaded.model.setSelectedDBRecord(loaded.model.dbRecords()[1]);
+    const QSignalSpy removed(&loaded.model, &Model::recordRemoved);
+    const QSignalSpy selected(&loaded.model, &Model::selectedDBRecordChanged);
+    const QSignalSpy rebuilt(&loaded.model, &Model::cataloguesRebuilt);
+
+    loaded.model.removeSelectedRecord();
+
+    ASSERT_EQ(loaded.model.dbRecords().size(), 2U);
+    EXPECT_EQ(loaded.model.dbRecords()[0]->name, u"Ana"_s);
+    EXPECT_EQ(loaded.model.dbRecords()[1]->name, u"Eva"_s);
+    EXPECT_EQ(loaded.model.selectedDBRecord(), nullptr);
+    ASSERT_EQ(removed.count(), 1);
+    EXPECT_EQ(removed[0], (QVariantList{qsizetype{1}}));
+    EXPECT_EQ(selected.count(), 1);
+    EXPECT_EQ(rebuilt.count(), 1);
+}
+
+TEST(Model, RemovalGoesByIdentityNotByContent) {
+    LoadedModel loaded({candidate(u"Ana"_s), candidate(u"Ana"_s)});
+    const DBRecordPointer kept = loaded.model.dbRecords()[0];
+    loaded.model.setSelectedDBRecord(loaded.model.dbRecords()[1]);
+
+    loaded.model.removeSelectedRecord();
+
+    ASSERT_EQ(loaded.model.dbRecords().size(), 1U);
+    EXPECT_EQ(loaded.model.dbRecords()[0], kept);
+}
+
+TEST(Model, RemovalFindsARecordThroughAnotherObjectOfTheSameIdentity) {
+    LoadedModel loaded({candidate(u"Ana"_s)});
+    const DBRecordPointer twin = candidate(u"Ana, edited"_s);
+    twin->id = loaded.model.dbRecords()[0]->id;
+    loaded.model.setSelectedDBRecord(twin);
+
+    loaded.model.removeSelectedRecord();
+
+    EXPECT_TRUE(loaded.model.dbRecords().empty());
+}
+
+TEST(Model, RemovalDoesNotCallTheRecordsService) {
+    LoadedModel loaded({candidate(u"Ana"_s)});
+    loaded.model.setSelectedDBRecord(loaded.model.dbRecords()[0]);
+    loaded.model.removeSelectedRecord();
+    EXPECT_THAT(loaded.service.calls(), ElementsAre(u"fetchAll"_s));
+}
+
+} // namespace
+} // namespace dorvantel
