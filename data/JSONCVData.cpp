@@ -10,19 +10,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Controls, format characters (so also the joiners of an emoji), private use, unassigned, and the two separators that
+/// break a line. Everything else is shown as it is; a combining mark too, or a decomposed "ñ" would fall apart.
 bool isPrintable(char32_t codePoint) {
-    switch (u_charType(static_cast<UChar32>(codePoint))) {
-    case U_CONTROL_CHAR:
-    case U_FORMAT_CHAR:
-    case U_SURROGATE:
-    case U_PRIVATE_USE_CHAR:
-    case U_UNASSIGNED:
-    case U_LINE_SEPARATOR:
-    case U_PARAGRAPH_SEPARATOR:
-        return false;
-    default:
-        return true;
-    }
+    constexpr uint32_t hidden = U_GC_C_MASK | U_GC_ZL_MASK | U_GC_ZP_MASK;
+    return (U_GET_GC_MASK(static_cast<UChar32>(codePoint)) & hidden) == 0;
 }
 
 void appendEscaped(QString& out, char32_t codePoint) {
@@ -52,7 +44,7 @@ void appendEscaped(QString& out, char32_t codePoint) {
         break;
     }
     if (isPrintable(codePoint)) {
-        out += QString::fromUcs4(&codePoint, 1);
+        out += QStringView(QChar::fromUcs4(codePoint));
     } else {
         out += u"\\u{"_s + QString::number(static_cast<uint>(codePoint), 16).toUpper() + u"}"_s;
     }

@@ -4,6 +4,7 @@
 
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/FakeRecordsService.h"
+#include "tests/support/Print.h"
 #include "tests/support/Wait.h"
 
 #include <QSignalSpy>
