@@ -11,6 +11,16 @@ function(dorvantel_room name)
     target_include_directories(dorvantel_${name} PUBLIC "${PROJECT_SOURCE_DIR}")
     target_link_libraries(dorvantel_${name} PUBLIC ${ROOM_LINK})
     set_target_properties(dorvantel_${name} PROPERTIES LINKER_LANGUAGE CXX AUTORCC ON)
+    dorvantel_renew_moc(dorvantel_${name} "${sources}")
+endfunction()
+
+# With Ninja, CMake 3.25 does not run moc again when a header is new to a target that was built before, and the link
+# fails. Forgetting when moc ran last makes it look at the new list of files.
+function(dorvantel_renew_moc target sources)
+    if(NOT "${sources}" STREQUAL "${DORVANTEL_SOURCES_OF_${target}}")
+        file(REMOVE "${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp")
+        set(DORVANTEL_SOURCES_OF_${target} "${sources}" CACHE INTERNAL "Files of the target at the last configure")
+    endif()
 endfunction()
 
 # The tests of one folder: every *_test.cpp below tests/<folder>, one program, one ctest entry per test.
