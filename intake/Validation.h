@@ -3,22 +3,13 @@
 #pragma once
 
 #include "data/DBRecordRepresentation.h"
+#include "intake/CatalogueTokens.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <optional>
 
 namespace dorvantel {
-
-/// The values of one kind as the sheet shows them: those that the catalogue knows, and the new ones.
-struct CatalogueTokens {
-    QStringList known;
-    QStringList unknown;
-
-    QStringList all() const { return known + unknown; }
-    bool operator==(const CatalogueTokens&) const = default;
-};
 
 /// What the validation sheet shows and edits. A plain value.
 struct SheetValues {
