@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QColor>
+#include <QTimer>
+#include <QWidget>
+
+namespace dorvantel {
+
+/// An indeterminate progress indicator: spokes that fade one after another while it is visible. Square; its size is
+/// given once in logical pixels.
+class Spinner : public QWidget {
+    Q_OBJECT
+
+public:
+    Spinner(int size, const QColor& color, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override { return m_size; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    QSize m_size;
+    QColor m_color;
+    QTimer m_timer;
+    int m_step = 0;
+};
+
+} // namespace dorvantel
