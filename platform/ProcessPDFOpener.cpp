@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "platform/ProcessPDFOpener.h"
+
+#include "platform/MainQueue.h"
+#include "platform/PDFDocument.h"
+#include "platform/PDFPageFrames.h"
+
+#include <QFileInfo>
+#include <QProcess>
+#include <QTimer>
+
+namespace dorvantel {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The reader gives at most 64 MiB of text; whatever sends more is no longer the reader.
+constexpr qint64 mostOutput = 65 * 1024 * 1024;
+
+/// One PDF being read. A child of its context; deletes itself after the completion.
+class Reading final : public QObject {
+public:
+    Reading(QByteArray bytes, QObject* context, PDFOpener::Completion completion)
+        : QObject(context)
+        , m_bytes(std::move(bytes))
+        , m_completion(std::move(completion)) {
+        m_process.setStandardErrorFile(QProcess::nullDevice());
+        connect(&m_process, &QProcess::finished, this, [this] { complete(result()); });
+        connect(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+            if (error == QProcess::FailedToStart) {
+                complete(nullptr);
+            }
+        });
+        connect(&m_process, &QProcess::readyReadStandardOutput, this, [this] {
+            if (m_process.bytesAvailable() > mostOutput) {
+                m_process.kill();
+            }
+        });
+        connect(&m_limit, &QTimer::timeout, &m_process, &QProcess::kill);
+        m_limit.setSingleShot(true);
+    }
+
+    ~Reading() override {
+        m_process.disconnect(this);
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+    void start(const QString& program, std::chrono::milliseconds timeLimit) {
+        m_limit.start(timeLimit);
+        // A program that cannot be started may be reported from inside the call, which no completion may be.
+        runOnMainQueue(this, [this, program] {
+            m_process.start(program, {});
+            if (m_process.state() != QProcess::NotRunning) {
+                m_process.write(m_bytes); // shares the bytes; they go out as the pipe takes them
+                m_process.closeWriteChannel();
+            }
+        });
+    }
+
+private:
+    std::shared_ptr<PDFDocument> result() {
+        if (m_process.exitStatus() != QProcess::NormalExit || m_process.exitCode() != 0) {
+            return nullptr;
+        }
+        std::optional<QStringList> texts = decodePageFrames(m_process.readAllStandardOutput());
+        return texts ? std::make_shared<PDFDocument>(m_bytes, std::move(*texts)) : nullptr;
+    }
+
+    /// Queued, because the completion may destroy the context and with it this object, whose process is still inside
+    /// the signal that brought us here.
+    void complete(std::shared_ptr<PDFDocument> document) {
+        runOnMainQueue(this, [this, document = std::move(document)]() mutable {
+            deleteLater();
+            const PDFOpener::Completion completion = std::move(m_completion);
+            completion(std::move(document));
+        });
+    }
+
+    QByteArray m_bytes;
+    PDFOpener::Completion m_completion;
+    QProcess m_process;
+    QTimer m_limit;
+};
+
+} // namespace
+
+ProcessPDFOpener::ProcessPDFOpener(QString readerProgram, std::chrono::milliseconds timeLimit)
+    : m_readerProgram(std::move(readerProgram))
+    , m_timeLimit(timeLimit) {}
+
+void ProcessPDFOpener::open(const QByteArray& bytes, QObject* context, Completion completion) {
+    (new Reading(bytes, context, std::move(completion)))->start(m_readerProgram, m_timeLimit);
+}
+
+QString findPDFReader(const QString& programFolder) {
+    for (const QString& folder : {programFolder, programFolder + "/../libexec/dorvantel"_L1}) {
+        const QFileInfo reader(folder + "/dorvantel-pdf-reader"_L1);
+        if (reader.isFile() && reader.isExecutable()) {
+            return reader.canonicalFilePath();
+        }
+    }
+    return {};
+}
+
+} // namespace dorvantel

@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "platform/PDFPageFrames.h"
+#include "platform/PDFPageReader.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTextStream>
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+
+#include <sys/prctl.h>
+#include <sys/resource.h>
+
+using namespace dorvantel;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum ExitCode { exitOpened = 0, exitNotOpened = 1, exitUsage = 2 };
+
+constexpr auto usage =
+    "usage: dorvantel-pdf-reader               reads a PDF from standard input, writes its page texts as frames\n"
+    "       dorvantel-pdf-reader --text FILE   writes the text of the PDF's pages, a form feed after each\n";
+
+void limit(__rlimit_resource resource, rlim_t value) {
+    const rlimit both{value, value};
+    if (setrlimit(resource, &both) != 0) {
+        std::abort();
+    }
+}
+
+/// What a PDF may cost, whatever is in it. Set before the first byte of it is read.
+void limitThisProcess() {
+    constexpr rlim_t seconds = 10;
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    limit(RLIMIT_CORE, 0);
+    limit(RLIMIT_CPU, seconds);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    // The sanitizers' shadow memory alone is terabytes of address space.
+    constexpr rlim_t addressSpace = 1024 * 1024 * 1024;
+    limit(RLIMIT_AS, addressSpace);
+#endif
+}
+
+/// No file can grow from here on; pipes are no files.
+void forbidWritingFiles() {
+    limit(RLIMIT_FSIZE, 0);
+}
+
+int writeFrames() {
+    QFile input;
+    QFile output;
+    if (!input.open(stdin, QIODevice::ReadOnly) || !output.open(stdout, QIODevice::WriteOnly)) {
+        return exitNotOpened;
+    }
+    const std::optional<QStringList> texts = readPageTexts(input.readAll());
+    if (!texts) {
+        return exitNotOpened;
+    }
+    const QByteArray frames = encodePageFrames(*texts);
+    return output.write(frames) == frames.size() && output.flush() ? exitOpened : exitNotOpened;
+}
+
+int writeText(const QString& path) {
+    QFile input(path);
+    if (!input.open(QIODevice::ReadOnly)) {
+        QTextStream(stderr) << path << ": " << input.errorString() << '\n';
+        return exitNotOpened;
+    }
+    const std::optional<QStringList> texts = readPageTexts(input.readAll());
+    if (!texts) {
+        QTextStream(stderr) << path << ": not a PDF that opens\n";
+        return exitNotOpened;
+    }
+    QTextStream output(stdout);
+    for (const QString& text : *texts) {
+        output << text << '\f';
+    }
+    return exitOpened;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    limitThisProcess();
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (arguments.isEmpty()) {
+        forbidWritingFiles();
+        return writeFrames();
+    }
+    if (arguments.size() == 2 && arguments[0] == "--text"_L1) {
+        return writeText(arguments[1]);
+    }
+    QTextStream(stderr) << usage;
+    return exitUsage;
+}
