@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#pragma once
+
+class QUrl;
+
+namespace dorvantel {
+
+/// Hands URLs to whatever program the user has for them. Lives on the UI thread.
+class URLOpener {
+public:
+    virtual ~URLOpener() = default;
+
+    /// Returns at once. Whether a program was found for `url` is between the desktop and the user.
+    virtual void open(const QUrl& url) = 0;
+};
+
+/// The desktop's own choice of program.
+class DesktopURLOpener final : public URLOpener {
+public:
+    void open(const QUrl& url) override;
+};
+
+} // namespace dorvantel
