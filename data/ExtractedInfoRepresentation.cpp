@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "data/ExtractedInfoRepresentation.h"
 
-#include "platform/JSONDocument.h"
+#include "platform/JsonDocument.h"
 #include "platform/Log.h"
 #include "platform/Text.h"
 
@@ -28,7 +28,7 @@ QString textOf(const json& value) {
     if (value.is_string()) {
         return QString::fromStdString(value.get_ref<const std::string&>());
     }
-    const std::expected<QString, QString> text = compactJSONText(value);
+    const std::expected<QString, QString> text = compactJsonText(value);
     if (!text) {
         logLine(u"Could not serialize object to JSON because: "_s + text.error());
         return u"unknown"_s;
@@ -57,7 +57,7 @@ QString withoutQuotes(const QString& text) {
 QStringList textsOfListText(const QString& listText) {
     QString text = trimmed(listText);
     if (text.startsWith(u'[')) {
-        if (const std::expected<json, QString> array = parseJSON(text)) {
+        if (const std::expected<json, QString> array = parseJson(text)) {
             return textsOf(*array);
         }
         text.remove(0, 1);
@@ -150,7 +150,7 @@ ExtractedInfoRepresentation::ExtractedInfoRepresentation(const QString& answer, 
     : invitationMail(mail)
     , gender(genderFromSalutation(mail))
     , languages{u"Español"_s} {
-    const std::expected<json, QString> document = parseJSON(answer);
+    const std::expected<json, QString> document = parseJson(answer);
     if (!document) {
         logLine(u"*** Illegal JSON string\n"_s);
         logLine(u"JSON = "_s + answer);

@@ -3,7 +3,7 @@
 #include "intake/Answers.h"
 
 #include "data/ExtractedInfoRepresentation.h"
-#include "platform/JSONDocument.h"
+#include "platform/JsonDocument.h"
 #include "platform/Log.h"
 #include "platform/Text.h"
 
@@ -53,7 +53,7 @@ QStringList textsAt(const json& object, const char* key) {
 }
 
 std::optional<ExtractedFields> directFields(const QString& text) {
-    const std::expected<json, QString> document = parseJSON(text);
+    const std::expected<json, QString> document = parseJson(text);
     if (!document) {
         logLine(u"Direct JSON parsing failed: "_s + document.error());
         return std::nullopt;
@@ -97,7 +97,7 @@ QString beforeLastQuote(const QString& text) {
 
 ExtractedFields parseExtractionAnswer(const QString& answer) {
     const QString cleaned = withoutFences(answer);
-    if (isJSON(answer)) {
+    if (isJson(answer)) {
         logLine(u"Data extraction response (valid JSON): "_s + cleaned);
     }
     if (std::optional<ExtractedFields> fields = directFields(cleaned)) {
@@ -107,7 +107,7 @@ ExtractedFields parseExtractionAnswer(const QString& answer) {
 }
 
 QString parseMailAnswer(const QString& answer) {
-    if (const std::expected<json, QString> document = parseJSON(answer)) {
+    if (const std::expected<json, QString> document = parseJson(answer)) {
         return textAt(*document, "email", answer);
     }
     const QString text = withoutFences(answer);

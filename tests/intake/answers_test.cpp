@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "intake/Answers.h"
 
-#include "platform/JSONDocument.h"
+#include "platform/JsonDocument.h"
 
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/Print.h"
@@ -116,7 +116,7 @@ TEST(ParseExtractionAnswer, OtherValuesThatAreNoObjectGoToTheFallbackToo) {
 TEST(ParseExtractionAnswer, ProseIsLoggedStepByStepInOrder) {
     CapturedOutput output;
     EXPECT_EQ(parseExtractionAnswer(u" No puedo. \n"_s), nothingButSpanish());
-    EXPECT_EQ(output.text(), u"Direct JSON parsing failed: "_s + parseJSON(u"No puedo."_s).error() +
+    EXPECT_EQ(output.text(), u"Direct JSON parsing failed: "_s + parseJson(u"No puedo."_s).error() +
                                  u"\n"
                                  "Falling back to ExtractedInfoRepresentation parsing\n"
                                  "*** Illegal JSON string\n"

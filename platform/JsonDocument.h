@@ -14,12 +14,12 @@ namespace dorvantel {
 // have decoders of their own. Nothing here throws, and any nesting is survived.
 
 /// Whether `text` is one JSON value of any kind.
-bool isJSON(const QString& text);
+bool isJson(const QString& text);
 
 /// The value that `text` holds, or the parser's message on one line. Of a repeated key the last value counts.
-std::expected<nlohmann::json, QString> parseJSON(const QString& text);
+std::expected<nlohmann::json, QString> parseJson(const QString& text);
 
 /// The value as compact JSON text, or why it cannot be written as one: it is nested deeper than 512 levels.
-std::expected<QString, QString> compactJSONText(const nlohmann::json& value);
+std::expected<QString, QString> compactJsonText(const nlohmann::json& value);
 
 } // namespace dorvantel

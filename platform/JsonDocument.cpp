@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "platform/JSONDocument.h"
+#include "platform/JsonDocument.h"
 
 #include <algorithm>
 
@@ -24,12 +24,12 @@ bool isDeeperThan(const json& value, int levels) {
 
 } // namespace
 
-bool isJSON(const QString& text) {
+bool isJson(const QString& text) {
     const QByteArray bytes = text.toUtf8();
     return !bytes.contains('\0') && json::accept(bytes.cbegin(), bytes.cend());
 }
 
-std::expected<json, QString> parseJSON(const QString& text) {
+std::expected<json, QString> parseJson(const QString& text) {
     const QByteArray bytes = text.toUtf8();
     if (const qsizetype nul = bytes.indexOf('\0'); nul >= 0) {
         // The library takes it for the end of the text and would not look at what follows.
@@ -42,7 +42,7 @@ std::expected<json, QString> parseJSON(const QString& text) {
     }
 }
 
-std::expected<QString, QString> compactJSONText(const json& value) {
+std::expected<QString, QString> compactJsonText(const json& value) {
     if (isDeeperThan(value, deepestRendered)) {
         return std::unexpected(u"nested deeper than %1 levels"_s.arg(deepestRendered));
     }
