@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "search/Search.h"
+
+#include "modelserver/ModelService.h"
+#include "platform/Log.h"
+#include "platform/MainQueue.h"
+#include "platform/WhenFinished.h"
+#include "search/VectorText.h"
+
+#include <QPointer>
+
+namespace dorvantel {
+
+using namespace Qt::StringLiterals;
+
+Search::Search(RecordsService& records, ModelService& models, QObject* parent)
+    : QObject(parent)
+    , m_records(records)
+    , m_models(models) {}
+
+void Search::start(const SearchCriteria& criteria) {
+    const QStringList clauses = clauseList(criteria);
+    if (!criteria.freeTextSearchString.isEmpty()) {
+        startSemantic(criteria.freeTextSearchString, clauses);
+        return;
+    }
+    runOnMainQueue(this, [this, statement = structuredStatement(clauses)] { send(statement); });
+}
+
+void Search::startSemantic(const QString& text, const QStringList& clauses) {
+    const auto vector = m_models.generateEmbedding(text, std::nullopt);
+    whenFinished(vector, this, [this, clauses](const ModelResult<QList<double>>& answer) {
+        if (!answer) {
+            logLine(u"❌ Error generating embedding: "_s + localizedDescription(answer.error()));
+            return;
+        }
+        send(semanticStatement(*answer, clauses));
+    });
+}
+
+void Search::send(const QString& statement) {
+    m_records.search(statement, [self = QPointer<Search>(this)](std::expected<Results, APIError> answer) {
+        if (!answer) {
+            logLine(u"Failure! No records returned"_s);
+        } else if (self) {
+            self->setResults(std::move(*answer));
+        }
+    });
+}
+
+void Search::clear() {
+    setResults(nullptr);
+}
+
+void Search::setResults(Results results) {
+    m_results = std::move(results);
+    Q_EMIT resultsChanged();
+}
+
+} // namespace dorvantel
