@@ -17,15 +17,15 @@ namespace {
 
 constexpr double smallestPlain = 0.0001;
 constexpr double largestPlain = 0x1p53;
-/// "-1.2345678901234567e-308" and ".0" is the longest, with a comma behind it.
-constexpr qsizetype longestNumber = 32;
+/// "-1.7976931348623157e+308" with the comma before it.
+constexpr qsizetype longestNumber = 25;
 
 /// Writes one number to `at` and returns the end of it.
 char* writeNumber(char* at, double value) {
     const double magnitude = std::abs(value);
     const bool plain = magnitude == 0 || (magnitude >= smallestPlain && magnitude <= largestPlain);
     char* end =
-        std::to_chars(at, at + longestNumber, value, plain ? std::chars_format::fixed : std::chars_format::scientific)
+        std::to_chars(at, at + longestNumber - 1, value, plain ? std::chars_format::fixed : std::chars_format::scientific)
             .ptr;
     if (plain && std::trunc(value) == value) {
         *end++ = '.';
