@@ -42,6 +42,16 @@ QString description(const QNetworkReply& reply) {
     return reply.errorString();
 }
 
+/// A URL whose path reaches the server as it is. On the way into the request line Qt drops one slash of a path that
+/// begins with several, so such a path gets one more.
+QUrl keepingLeadingSlashes(QUrl url) {
+    if (url.path().startsWith(QLatin1String("//")) &&
+        url.adjusted(QUrl::NormalizePathSegments).path().size() < url.path().size()) {
+        url.setPath(QLatin1Char('/') + url.path(QUrl::FullyEncoded), QUrl::StrictMode);
+    }
+    return url;
+}
+
 } // namespace
 
 NetworkHttpSession::NetworkHttpSession()
@@ -51,7 +61,7 @@ NetworkHttpSession::~NetworkHttpSession() = default;
 
 void NetworkHttpSession::send(const HttpRequest& request, QObject* context,
                               std::function<void(HttpOutcome)> completion) {
-    QNetworkRequest networkRequest(request.url);
+    QNetworkRequest networkRequest(keepingLeadingSlashes(request.url));
     networkRequest.setTransferTimeout(static_cast<int>(request.timeout.count()));
     if (!request.contentType.isEmpty()) {
         networkRequest.setHeader(QNetworkRequest::ContentTypeHeader, request.contentType);
@@ -87,7 +97,9 @@ void NetworkHttpSession::send(const HttpRequest& request, QObject* context,
         response.body = body->take();
         completion(std::move(response));
     });
-    QObject::connect(context, &QObject::destroyed, reply, [reply] {
+    QObject::connect(context, &QObject::destroyed, reply, [reply](QObject* gone) {
+        // Aborting finishes the reply, and what is being destroyed must not hear of it.
+        reply->disconnect(gone);
         reply->abort();
         reply->deleteLater();
     });
