@@ -40,6 +40,7 @@ public:
         });
         connect(&m_limit, &QTimer::timeout, &m_process, &QProcess::kill);
         m_limit.setSingleShot(true);
+        m_limit.setTimerType(Qt::PreciseTimer);
     }
 
     ~Reading() override {

@@ -2,16 +2,29 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QTest>
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QTimer>
 
 #include <functional>
 
 namespace dorvantel::test {
 
 /// Runs the event loop until `condition` holds; false when it does not within ten seconds. Nothing sleeps: the loop
-/// wakes for every event, and the limit only keeps a broken test from hanging.
+/// wakes for every event, and every few milliseconds for what another thread or process changed. The limit only keeps a
+/// broken test from hanging.
 inline bool waitUntil(const std::function<bool()>& condition, int limitMs = 10'000) {
-    return QTest::qWaitFor(condition, limitMs);
+    const QDeadlineTimer limit(limitMs);
+    QTimer tick;
+    tick.start(5);
+    while (!condition()) {
+        if (limit.hasExpired()) {
+            return false;
+        }
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    return true;
 }
 
 } // namespace dorvantel::test
