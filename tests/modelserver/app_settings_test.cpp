@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "modelserver/AppSettings.h"
 
+#include "tests/support/Print.h"
+
 #include <QFile>
 #include <QSettings>
 #include <QSignalSpy>

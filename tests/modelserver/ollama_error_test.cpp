@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "modelserver/OllamaError.h"
 
+#include "tests/support/Print.h"
+
 #include <gtest/gtest.h>
 
 namespace dorvantel {
