@@ -31,6 +31,7 @@ function(dorvantel_tests name)
         return()
     endif()
     add_executable(test_${name} ${sources})
+    dorvantel_renew_moc(test_${name} "${sources}")
     target_link_libraries(test_${name} PRIVATE dorvantel_test_support ${T_LINK})
     target_compile_definitions(test_${name} PRIVATE
         DORVANTEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}" DORVANTEL_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
