@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QHashFunctions>
 #include <QString>
 
 namespace dorvantel {

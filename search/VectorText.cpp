@@ -24,9 +24,9 @@ constexpr qsizetype longestNumber = 25;
 char* writeNumber(char* at, double value) {
     const double magnitude = std::abs(value);
     const bool plain = magnitude == 0 || (magnitude >= smallestPlain && magnitude <= largestPlain);
-    char* end =
-        std::to_chars(at, at + longestNumber - 1, value, plain ? std::chars_format::fixed : std::chars_format::scientific)
-            .ptr;
+    char* end = std::to_chars(at, at + longestNumber - 1, value,
+                              plain ? std::chars_format::fixed : std::chars_format::scientific)
+                    .ptr;
     if (plain && std::trunc(value) == value) {
         *end++ = '.';
         *end++ = '0';
