@@ -169,6 +169,12 @@ void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
         break;
     }
     case PE_Frame:
+        if (qobject_cast<const QAbstractScrollArea*>(widget) && widget->isWindow()) {
+            // A list that pops up: nothing shines through round corners of a window, and its focus is elsewhere.
+            painter->fillRect(option->rect, option->palette.color(QPalette::Mid));
+            painter->fillRect(option->rect.adjusted(1, 1, -1, -1), option->palette.color(QPalette::Base));
+            return;
+        }
         if (qobject_cast<const QAbstractScrollArea*>(widget)) {
             drawFieldFrame(*painter, option->rect, option->palette, option->state & State_HasFocus);
             return;

@@ -78,7 +78,8 @@ TEST(Style, TheTypeScaleGoesDownFromTheLargeTitleToTheSmallCaption) {
     EXPECT_GT(textFont(TextStyle::Headline).weight(), QFont::Normal);
 }
 
-TEST(Style, TheLookSetsTheBodyFontAndKeepsADarkDesktopDark) {
+TEST(Style, TheLookSetsTheBodyFontAndStaysLightOrDarkAsTheDesktopIs) {
+    QApplication::setPalette(QPalette(QColor(230, 230, 230)));
     applyApplicationLook(*qApp);
     EXPECT_EQ(QApplication::font().pixelSize(), textFont(TextStyle::Body).pixelSize());
     EXPECT_EQ(QApplication::palette().color(QPalette::Window), lightPalette().color(QPalette::Window));
