@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "service/JsonText.h"
+
+#include <limits>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+using namespace dorvantel::service;
+
+namespace {
+
+std::string jsonString(std::string_view text) {
+    std::string out;
+    appendJSONString(out, text);
+    return out;
+}
+
+std::string number(float value) {
+    std::string out;
+    appendNumber(out, value);
+    return out;
+}
+
+} // namespace
+
+TEST(AppendJSONString, EscapesWhatJSONDemandsAndNothingElse) {
+    EXPECT_EQ(jsonString(""), R"("")");
+    EXPECT_EQ(jsonString("Español 😀 O'Reilly /"), "\"Español 😀 O'Reilly /\"");
+    EXPECT_EQ(jsonString("\"\\\n\r\t\b\x1f\x7f"), "\"\\\"\\\\\\n\\r\\t\\u0008\\u001f\x7f\"");
+    EXPECT_EQ(jsonString(std::string_view("a\0b", 3)), R"("a\u0000b")");
+}
+
+TEST(AppendJSONString, EveryByteComesBackThroughAParser) {
+    std::string all;
+    for (char character = 0; character < 0x7f; ++character) {
+        all += character;
+    }
+    EXPECT_EQ(nlohmann::json::parse(jsonString(all)).get<std::string>(), all);
+}
+
+TEST(AppendByteNumbers, OneNumberAByteWithCommasBetween) {
+    std::string out;
+    appendByteNumbers(out, std::string_view("\0\x09\xff%", 4));
+    EXPECT_EQ(out, "0,9,255,37");
+    out.clear();
+    appendByteNumbers(out, "");
+    EXPECT_EQ(out, "");
+}
+
+TEST(AppendNumber, ShortestTextThatReadsBack) {
+    EXPECT_EQ(number(100), "100");
+    EXPECT_EQ(number(0), "0");
+    EXPECT_EQ(number(87.65432F), "87.65432");
+    EXPECT_EQ(nlohmann::json::parse(number(std::numeric_limits<float>::min())).get<float>(),
+              std::numeric_limits<float>::min());
+}
+
+TEST(CvDataJSON, IsTheObjectForm) {
+    EXPECT_EQ(cvDataJSON({"Femenino", {"A", "O'B"}, {}, {"\"x\""}}),
+              R"({"gender":"Femenino","softSkills":["A","O'B"],"techSkills":[],"languages":["\"x\""]})");
+}
+
+TEST(ErrorJSON, HasOneKey) {
+    EXPECT_EQ(errorJSON("no \"key\""), R"({"error":"no \"key\""})");
+}
