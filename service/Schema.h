@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "service/Sqlite.h"
+
+#include <span>
+#include <string>
+
+namespace dorvantel::service {
+
+/// One step from a schema version to the next: the statements that change the tables.
+using Migration = const char*;
+
+/// All steps since the empty file; their count is the newest version. Steps that were released never change.
+std::span<const Migration> migrations();
+
+/// Why a file is no store that this program can use.
+class SchemaError : public std::runtime_error {
+public:
+    enum class Kind {
+        Foreign, ///< a database of another program
+        Newer,   ///< made by a newer version of this program
+        Damaged, ///< breaks its own rules, before or after a migration
+    };
+    SchemaError(Kind kind, const std::string& message)
+        : std::runtime_error(message)
+        , m_kind(kind) {}
+    Kind kind() const { return m_kind; }
+
+private:
+    Kind m_kind;
+};
+
+/// Brings the open file to the newest of `steps`, in one transaction: it is the old version or the new one, never
+/// something between. A file with records is checked before it is changed. Throws SchemaError and SqliteError.
+void migrate(const SqliteDatabase& database, std::span<const Migration> steps);
+
+} // namespace dorvantel::service

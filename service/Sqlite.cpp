@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "service/Sqlite.h"
+
+#include <sqlite3.h>
+
+namespace dorvantel::service {
+
+namespace {
+
+[[noreturn]] void fail(sqlite3* handle, int result) {
+    throw SqliteError(result & 0xFF, handle != nullptr ? sqlite3_errmsg(handle) : sqlite3_errstr(result));
+}
+
+} // namespace
+
+SqliteDatabase::SqliteDatabase(const std::string& path, Access access, int busyMs) {
+    // One thread at a time uses a connection, so SQLite's own mutexes would only cost time.
+    const int flags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE |
+                      (access == Access::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    sqlite3* handle = nullptr;
+    const int result = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
+    m_handle.reset(handle);
+    if (result != SQLITE_OK) {
+        fail(handle, result);
+    }
+    sqlite3_busy_timeout(handle, busyMs);
+    // A store file that somebody prepared must not be able to run anything when it is opened.
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+}
+
+void SqliteDatabase::Close::operator()(sqlite3* handle) const {
+    sqlite3_close_v2(handle);
+}
+
+void SqliteDatabase::execute(const char* sql) const {
+    const int result = sqlite3_exec(handle(), sql, nullptr, nullptr, nullptr);
+    if (result != SQLITE_OK) {
+        fail(handle(), result);
+    }
+}
+
+std::int64_t SqliteDatabase::number(const std::string& sql) const {
+    SqliteStatement statement(*this, sql);
+    statement.step();
+    return statement.number(0);
+}
+
+std::string SqliteDatabase::text(const std::string& sql) const {
+    SqliteStatement statement(*this, sql);
+    statement.step();
+    return std::string(statement.text(0));
+}
+
+SqliteStatement::SqliteStatement(const SqliteDatabase& database, std::string_view sql) {
+    sqlite3_stmt* statement = nullptr;
+    const int result = sqlite3_prepare_v3(database.handle(), sql.data(), static_cast<int>(sql.size()),
+                                          SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+    m_statement.reset(statement);
+    if (result != SQLITE_OK) {
+        fail(database.handle(), result);
+    }
+}
+
+void SqliteStatement::Finalize::operator()(sqlite3_stmt* statement) const {
+    sqlite3_finalize(statement);
+}
+
+void SqliteStatement::check(int result) const {
+    if (result != SQLITE_OK) {
+        fail(sqlite3_db_handle(m_statement.get()), result);
+    }
+}
+
+void SqliteStatement::bind(int parameter, std::int64_t value) {
+    check(sqlite3_bind_int64(m_statement.get(), parameter + 1, value));
+}
+
+void SqliteStatement::bind(int parameter, std::string_view text) {
+    check(sqlite3_bind_text64(m_statement.get(), parameter + 1, text.empty() ? "" : text.data(), text.size(),
+                              SQLITE_STATIC, SQLITE_UTF8));
+}
+
+void SqliteStatement::bindBlob(int parameter, std::string_view bytes) {
+    check(sqlite3_bind_blob64(m_statement.get(), parameter + 1, bytes.empty() ? "" : bytes.data(), bytes.size(),
+                              SQLITE_STATIC));
+}
+
+bool SqliteStatement::step() {
+    const int result = sqlite3_step(m_statement.get());
+    if (result != SQLITE_ROW && result != SQLITE_DONE) {
+        const SqliteError error(result & 0xFF, sqlite3_errmsg(sqlite3_db_handle(m_statement.get())));
+        reset();
+        throw error;
+    }
+    return result == SQLITE_ROW;
+}
+
+void SqliteStatement::run() {
+    while (step()) {
+    }
+    reset();
+}
+
+void SqliteStatement::reset() {
+    // What went wrong was reported by the step; the bound texts belong to the caller and end with this use.
+    sqlite3_reset(m_statement.get());
+    sqlite3_clear_bindings(m_statement.get());
+}
+
+std::int64_t SqliteStatement::number(int column) const {
+    return sqlite3_column_int64(m_statement.get(), column);
+}
+
+std::string_view SqliteStatement::text(int column) const {
+    const auto* const bytes = reinterpret_cast<const char*>(sqlite3_column_text(m_statement.get(), column));
+    return {bytes != nullptr ? bytes : "", static_cast<std::size_t>(sqlite3_column_bytes(m_statement.get(), column))};
+}
+
+std::string_view SqliteStatement::blob(int column) const {
+    const auto* const bytes = static_cast<const char*>(sqlite3_column_blob(m_statement.get(), column));
+    return {bytes != nullptr ? bytes : "", static_cast<std::size_t>(sqlite3_column_bytes(m_statement.get(), column))};
+}
+
+bool SqliteStatement::isNull(int column) const {
+    return sqlite3_column_type(m_statement.get(), column) == SQLITE_NULL;
+}
+
+SqliteTransaction::SqliteTransaction(const SqliteDatabase& database)
+    : m_database(database) {
+    m_database.execute("BEGIN IMMEDIATE");
+}
+
+SqliteTransaction::~SqliteTransaction() {
+    if (m_open) {
+        // After some errors SQLite has rolled back by itself; then this one fails, and nothing is lost by it.
+        sqlite3_exec(m_database.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+}
+
+void SqliteTransaction::commit() {
+    m_database.execute("COMMIT");
+    m_open = false;
+}
+
+} // namespace dorvantel::service

@@ -1,0 +1,279 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "service/SqliteStore.h"
+
+#include "service/CVText.h"
+
+#include <algorithm>
+#include <shared_mutex>
+
+#include <sqlite3.h>
+
+namespace dorvantel::service {
+
+namespace {
+
+StoreError storeError(const SqliteError& error) {
+    switch (error.code()) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return {StoreError::Kind::Busy, "the store is busy; try again"};
+    case SQLITE_FULL:
+        return {StoreError::Kind::Full, "there is no room left for the store"};
+    default:
+        return {StoreError::Kind::Failed, std::string("the store failed: ") + error.what()};
+    }
+}
+
+/// Runs `work`; what SQLite throws in it becomes the error of a `Stored`.
+template <typename Work>
+auto guarded(Work&& work) -> Stored<decltype(work())> {
+    try {
+        if constexpr (std::is_void_v<decltype(work())>) {
+            work();
+            return {};
+        } else {
+            return work();
+        }
+    } catch (const SqliteError& error) {
+        return std::unexpected(storeError(error));
+    }
+}
+
+/// Every candidate, or as many as asked for.
+class AllRows final : public Rows {
+public:
+    AllRows(SqliteReaderPool::Lease reader, std::optional<std::size_t> limit)
+        : m_reader(std::move(reader))
+        , m_limit(limit) {}
+
+    Stored<bool> next(Row& row) override {
+        return guarded([&] {
+            if (m_count == m_limit || !m_reader->list().step()) {
+                return false;
+            }
+            ++m_count;
+            readRow(m_reader->list(), row);
+            row.score = 100;
+            return true;
+        });
+    }
+
+private:
+    SqliteReaderPool::Lease m_reader;
+    std::optional<std::size_t> m_limit;
+    std::size_t m_count = 0;
+};
+
+/// Fills `row` with the version `id`, which the reader's snapshot holds.
+void readVersion(SqliteReader& reader, std::int64_t id, Row& row) {
+    reader.byId().reset();
+    reader.byId().bind(0, id);
+    if (!reader.byId().step()) {
+        throw SqliteError(SQLITE_CORRUPT, "an index names a record that is not there");
+    }
+    readRow(reader.byId(), row);
+}
+
+/// The candidates that conditions leave.
+class MatchingRows final : public Rows {
+public:
+    MatchingRows(SqliteReaderPool::Lease reader, std::vector<Predicate> predicates, std::optional<std::size_t> limit)
+        : m_reader(std::move(reader))
+        , m_matches(*m_reader, std::move(predicates))
+        , m_limit(limit) {}
+
+    Stored<bool> next(Row& row) override {
+        return guarded([&] {
+            const auto id = m_count == m_limit ? std::nullopt : m_matches.next();
+            if (!id) {
+                return false;
+            }
+            ++m_count;
+            readVersion(*m_reader, *id, row);
+            row.score = 100;
+            return true;
+        });
+    }
+
+private:
+    SqliteReaderPool::Lease m_reader;
+    Matches m_matches;
+    std::optional<std::size_t> m_limit;
+    std::size_t m_count = 0;
+};
+
+/// The candidates of a ranking.
+class RankedRows final : public Rows {
+public:
+    RankedRows(SqliteReaderPool::Lease reader, std::vector<RankedVector> ranking)
+        : m_reader(std::move(reader))
+        , m_ranking(std::move(ranking)) {}
+
+    Stored<bool> next(Row& row) override {
+        return guarded([&] {
+            if (m_next == m_ranking.size()) {
+                return false;
+            }
+            readVersion(*m_reader, m_ranking[m_next].id, row);
+            row.score = m_ranking[m_next].score;
+            ++m_next;
+            return true;
+        });
+    }
+
+private:
+    SqliteReaderPool::Lease m_reader;
+    std::vector<RankedVector> m_ranking;
+    std::size_t m_next = 0;
+};
+
+std::vector<std::int64_t> allMatches(SqliteReader& reader, std::vector<Predicate> predicates) {
+    Matches matches(reader, std::move(predicates));
+    std::vector<std::int64_t> ids;
+    while (const auto id = matches.next()) {
+        ids.push_back(*id);
+    }
+    return ids;
+}
+
+std::unexpected<StoreError> lengthError(std::string_view whose, std::size_t length, std::size_t storedLength) {
+    return std::unexpected(StoreError{StoreError::Kind::VectorLength,
+                                      std::string(whose) + " has " + std::to_string(length) +
+                                          " numbers, the stored vectors have " + std::to_string(storedLength)});
+}
+
+} // namespace
+
+SqliteStore::SqliteStore(const std::filesystem::path& path, std::string embeddingModel)
+    : m_file(path)
+    , m_model(std::move(embeddingModel))
+    , m_writer(m_file.path())
+    , m_readers(m_file.path()) {
+    if (m_model.empty()) {
+        return;
+    }
+    SqliteTransaction transaction(m_writer.database());
+    m_writer.queueUnembedded(m_model);
+    transaction.commit();
+    m_writer.readVectors(m_model, [this](std::int64_t id, std::span<const float> vector) {
+        if (m_index.size() == 0 || m_index.dimension() == vector.size()) {
+            m_index.put(id, vector);
+        }
+    });
+}
+
+void SqliteStore::commitRetirement(SqliteTransaction& transaction, std::int64_t id) {
+    const std::unique_lock lock(m_indexMutex);
+    transaction.commit();
+    m_index.remove(id);
+}
+
+Stored<void> SqliteStore::insert(const Record& record) {
+    return guarded([&] {
+        const std::scoped_lock lock(m_writing);
+        SqliteTransaction transaction(m_writer.database());
+        const auto earlier = m_writer.find(record.email);
+        if (earlier) {
+            m_writer.retire(*earlier, "replaced");
+        }
+        m_writer.add(record);
+        if (earlier) {
+            commitRetirement(transaction, *earlier);
+        } else {
+            transaction.commit();
+        }
+    });
+}
+
+Stored<bool> SqliteStore::remove(std::string_view email) {
+    return guarded([&] {
+        const std::scoped_lock lock(m_writing);
+        SqliteTransaction transaction(m_writer.database());
+        const auto id = m_writer.find(email);
+        if (id) {
+            m_writer.retire(*id, "deleted");
+            commitRetirement(transaction, *id);
+        }
+        return id.has_value();
+    });
+}
+
+Stored<std::optional<StoredPDF>> SqliteStore::pdf(std::string_view email) {
+    return guarded([&]() -> std::optional<StoredPDF> {
+        const auto reader = m_readers.take();
+        SqliteStatement& statement = reader->pdf();
+        statement.bind(0, email);
+        if (!statement.step()) {
+            return std::nullopt;
+        }
+        StoredPDF pdf;
+        if (statement.number(0) != 0) {
+            pdf.bytes = std::string(statement.blob(1));
+        }
+        return pdf;
+    });
+}
+
+Stored<std::unique_ptr<Rows>> SqliteStore::run(const Plan& plan) {
+    std::vector<Predicate> predicates = plan.predicates;
+    std::ranges::sort(predicates);
+    predicates.erase(std::ranges::unique(predicates).begin(), predicates.end());
+    if (plan.similarTo) {
+        return runRanked(plan, std::move(predicates));
+    }
+    return guarded([&]() -> std::unique_ptr<Rows> {
+        if (predicates.empty()) {
+            return std::make_unique<AllRows>(m_readers.take(), plan.best);
+        }
+        return std::make_unique<MatchingRows>(m_readers.take(), std::move(predicates), plan.best);
+    });
+}
+
+Stored<std::unique_ptr<Rows>> SqliteStore::runRanked(const Plan& plan, std::vector<Predicate> predicates) {
+    const std::shared_lock lock(m_indexMutex);
+    if (m_index.size() > 0 && m_index.dimension() != plan.similarTo->size()) {
+        return lengthError("the query vector", plan.similarTo->size(), m_index.dimension());
+    }
+    return guarded([&]() -> std::unique_ptr<Rows> {
+        auto reader = m_readers.take();
+        std::optional<std::vector<std::int64_t>> ids;
+        if (!predicates.empty()) {
+            ids = allMatches(*reader, std::move(predicates));
+        }
+        return std::make_unique<RankedRows>(std::move(reader), m_index.rank(*plan.similarTo, ids, plan.best));
+    });
+}
+
+Stored<std::optional<Unembedded>> SqliteStore::nextUnembedded(std::int64_t afterId) {
+    return guarded([&]() -> std::optional<Unembedded> {
+        const auto reader = m_readers.take();
+        SqliteStatement& statement = reader->queued();
+        statement.bind(0, afterId);
+        if (!statement.step()) {
+            return std::nullopt;
+        }
+        const auto cvData = readCVText(statement.text(3));
+        return Unembedded{statement.number(0), std::string(statement.text(1)), std::string(statement.text(2)),
+                          cvData ? *cvData : CVData{}};
+    });
+}
+
+Stored<bool> SqliteStore::putVector(std::int64_t id, const std::vector<float>& vector) {
+    const std::scoped_lock lock(m_writing);
+    if (m_index.size() > 0 && m_index.dimension() != vector.size()) {
+        return lengthError("the new vector", vector.size(), m_index.dimension());
+    }
+    return guarded([&] {
+        SqliteTransaction transaction(m_writer.database());
+        const bool isKnown = m_writer.putVector(id, m_model, vector);
+        transaction.commit();
+        if (isKnown) {
+            const std::unique_lock indexLock(m_indexMutex);
+            m_index.put(id, vector);
+        }
+        return isKnown;
+    });
+}
+
+} // namespace dorvantel::service

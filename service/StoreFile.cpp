@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "service/StoreFile.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace dorvantel::service {
+
+namespace {
+
+[[noreturn]] void fail(const std::filesystem::path& path, const std::string& what) {
+    throw StoreFileError(path.string() + ": " + what);
+}
+
+std::optional<std::filesystem::path> absolutePath(const char* variable) {
+    const char* const value = std::getenv(variable);
+    if (value == nullptr || !std::filesystem::path(value).is_absolute()) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+/// Only the folders that are made get the narrow rights: those that exist are somebody's choice.
+void makeFolders(const std::filesystem::path& folder) {
+    if (folder.empty() || std::filesystem::exists(folder)) {
+        return;
+    }
+    makeFolders(folder.parent_path());
+    if (mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
+        fail(folder, std::string("the folder cannot be made: ") + std::strerror(errno));
+    }
+}
+
+/// Opens the file, making it when it is missing, and leaves it readable and writable by its owner alone.
+int openOwnerOnly(const std::filesystem::path& path) {
+    const int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (descriptor < 0 || fchmod(descriptor, S_IRUSR | S_IWUSR) != 0) {
+        const int error = errno;
+        if (descriptor >= 0) {
+            close(descriptor);
+        }
+        fail(path, std::string("the file cannot be written: ") + std::strerror(error));
+    }
+    return descriptor;
+}
+
+} // namespace
+
+std::optional<std::filesystem::path> defaultStorePath() {
+    if (const auto data = absolutePath("XDG_DATA_HOME")) {
+        return *data / "dorvantel" / "records.sqlite";
+    }
+    return absolutePath("HOME").transform(
+        [](const auto& home) { return home / ".local" / "share" / "dorvantel" / "records.sqlite"; });
+}
+
+StoreFile::StoreFile(std::filesystem::path path)
+    : m_path(std::move(path)) {
+    try {
+        makeFolders(m_path.parent_path());
+    } catch (const std::filesystem::filesystem_error& error) {
+        fail(m_path, error.code().message());
+    }
+    // A file of its own carries the lock: closing any descriptor of the store would drop SQLite's locks on it.
+    std::filesystem::path lockPath = m_path;
+    lockPath += ".lock";
+    m_lock = openOwnerOnly(lockPath);
+    if (flock(m_lock, LOCK_EX | LOCK_NB) != 0) {
+        close(m_lock);
+        fail(m_path, "another dorvantel-records uses this store");
+    }
+    try {
+        close(openOwnerOnly(m_path));
+    } catch (const StoreFileError&) {
+        close(m_lock);
+        throw;
+    }
+}
+
+StoreFile::~StoreFile() {
+    close(m_lock);
+}
+
+} // namespace dorvantel::service

@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "tests/service/ServiceSupport.h"
+
+#include "service/JsonText.h"
+#include "service/RequestBodies.h"
+
+#include <gtest/gtest.h>
+
+namespace dorvantel::test {
+
+service::Record makeRecord(const std::string& email, service::CVData cvData) {
+    service::Record record;
+    record.name = "Name of " + email;
+    record.profession = "Profession of " + email;
+    record.email = email;
+    record.summarizedText = "Summary of " + email;
+    record.invitationMail = "Mail to " + email;
+    record.cvData = std::move(cvData);
+    record.jsonCVData = service::cvDataJSON(record.cvData);
+    return record;
+}
+
+std::string insertBody(const service::Record& record) {
+    return service::recordJSON(record);
+}
+
+std::vector<FoundRow> rowsOf(service::Store& store, const service::Plan& plan) {
+    std::vector<FoundRow> found;
+    const auto rows = store.run(plan);
+    if (!rows) {
+        ADD_FAILURE() << rows.error().message;
+        return found;
+    }
+    service::Row row;
+    for (;;) {
+        const auto next = (*rows)->next(row);
+        EXPECT_TRUE(next) << next.error().message;
+        if (!next.value_or(false)) {
+            return found;
+        }
+        found.push_back({std::string(row.name), std::string(row.profession), std::string(row.email),
+                         std::string(row.summarizedText), std::string(row.invitationMail), std::string(row.cvDataJSON),
+                         row.score});
+    }
+}
+
+std::vector<std::string> emailsOf(service::Store& store, const service::Plan& plan) {
+    std::vector<std::string> emails;
+    for (const FoundRow& row : rowsOf(store, plan)) {
+        emails.push_back(row.email);
+    }
+    return emails;
+}
+
+std::int64_t queuedId(service::Store& store, const std::string& email) {
+    std::int64_t id = 0;
+    while (const auto candidate = *store.nextUnembedded(id)) {
+        id = candidate->id;
+        if (candidate->profession == "Profession of " + email) {
+            return id;
+        }
+    }
+    return 0;
+}
+
+} // namespace dorvantel::test
