@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "service/Embedding.h"
+
+#include "service/Gate.h"
+#include "service/JsonText.h"
+
+#include <atomic>
+#include <chrono>
+#include <cmath>
+
+#include <httplib.h>
+#include <simdjson.h>
+
+namespace dorvantel::service {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A model that has to be loaded first may take minutes.
+constexpr auto answerTime = 5min;
+constexpr auto connectTime = 10s;
+
+std::expected<std::vector<double>, EmbeddingError> readVector(const std::string& body) {
+    const auto unusable = std::unexpected(EmbeddingError{true, "the model server's answer holds no vector"});
+    simdjson::dom::parser parser;
+    simdjson::dom::array numbers;
+    if (parser.parse(body)["embeddings"].at(0).get(numbers) != simdjson::SUCCESS) {
+        return unusable;
+    }
+    std::vector<double> vector;
+    for (const simdjson::dom::element element : numbers) {
+        double number = 0;
+        if (element.get(number) != simdjson::SUCCESS) {
+            return unusable;
+        }
+        vector.push_back(number);
+    }
+    return vector;
+}
+
+} // namespace
+
+std::string embeddingText(const Unembedded& candidate) {
+    std::string text = candidate.profession + "\n" + candidate.summarizedText;
+    for (const auto* const list :
+         {&candidate.cvData.techSkills, &candidate.cvData.softSkills, &candidate.cvData.languages}) {
+        for (const std::string& value : *list) {
+            text += "\n" + value;
+        }
+    }
+    return text;
+}
+
+std::optional<std::vector<float>> unitVector(const std::vector<double>& vector) {
+    double largest = 0;
+    for (const double number : vector) {
+        largest = std::max(largest, std::abs(number));
+        if (!std::isfinite(number)) {
+            return std::nullopt;
+        }
+    }
+    if (largest == 0) {
+        return std::nullopt;
+    }
+    // Scaled by the largest first, so that no square leaves the range of a double.
+    double squares = 0;
+    for (const double number : vector) {
+        squares += (number / largest) * (number / largest);
+    }
+    const double length = std::sqrt(squares);
+    std::vector<float> unit;
+    unit.reserve(vector.size());
+    for (const double number : vector) {
+        unit.push_back(static_cast<float>(number / largest / length));
+    }
+    return unit;
+}
+
+std::optional<ModelServerAddress> parseModelServer(std::string_view url) {
+    constexpr std::string_view scheme = "http://";
+    if (!url.starts_with(scheme)) {
+        return std::nullopt;
+    }
+    url.remove_prefix(scheme.size());
+    const std::size_t slash = std::min(url.find('/'), url.size());
+    const auto server = parseHostAndPort(url.substr(0, slash));
+    if (!server || server->host.find_first_of(" @?#") != std::string::npos) {
+        return std::nullopt;
+    }
+    std::string prefix(url.substr(slash));
+    while (prefix.ends_with('/')) {
+        prefix.pop_back();
+    }
+    return ModelServerAddress{server->host, server->port.value_or(80), prefix};
+}
+
+class EmbeddingClient::Connection {
+public:
+    Connection(const std::string& host, int port)
+        : http(host, port) {}
+
+    httplib::Client http;
+    std::atomic<bool> isCancelled = false;
+};
+
+EmbeddingClient::EmbeddingClient(const ModelServerAddress& server, std::string model)
+    : m_connection(std::make_unique<Connection>(server.host, server.port))
+    , m_path(server.prefix + "/api/embed")
+    , m_model(std::move(model)) {
+    m_connection->http.set_connection_timeout(connectTime);
+    m_connection->http.set_read_timeout(answerTime);
+    m_connection->http.set_keep_alive(true);
+}
+
+EmbeddingClient::~EmbeddingClient() = default;
+
+std::expected<std::vector<double>, EmbeddingError> EmbeddingClient::embed(const std::string& text) {
+    std::string body = "{";
+    appendJSONField(body, "model", m_model);
+    body += ',';
+    appendJSONField(body, "input", text);
+    body += '}';
+
+    if (m_connection->isCancelled) {
+        return std::unexpected(EmbeddingError{false, "the service stops"});
+    }
+    const auto result = m_connection->http.Post(m_path, body, "application/json");
+    if (!result) {
+        return std::unexpected(EmbeddingError{false, "the model server does not answer: " + to_string(result.error())});
+    }
+    if (result->status != 200) {
+        const bool concernsText = result->status == 400 || result->status == 413 || result->status == 422;
+        return std::unexpected(
+            EmbeddingError{concernsText, "the model server answers with status " + std::to_string(result->status)});
+    }
+    return readVector(result->body);
+}
+
+void EmbeddingClient::cancel() {
+    m_connection->isCancelled = true;
+    m_connection->http.stop();
+}
+
+} // namespace dorvantel::service

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "service/Store.h"
+
+#include <expected>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace dorvantel::service {
+
+/// What a candidate's vector is made of: profession, summary, skills and languages. Never the name, the e-mail or the
+/// gender, so that they cannot move a ranking.
+std::string embeddingText(const Unembedded& candidate);
+
+/// The vector scaled to unit length; nothing for one without a direction (empty, zero, not finite).
+std::optional<std::vector<float>> unitVector(const std::vector<double>& vector);
+
+/// Where a model server is: `http://host[:port][/prefix]`.
+struct ModelServerAddress {
+    std::string host;
+    int port = 80;
+    std::string prefix; ///< without a trailing slash
+};
+
+/// Nothing for any other text.
+std::optional<ModelServerAddress> parseModelServer(std::string_view url);
+
+/// Why there is no vector. `message` holds nothing of the text.
+struct EmbeddingError {
+    bool concernsText = false; ///< the server works but does not take this text; others may go through
+    std::string message;
+};
+
+/// Asks a model server for vectors. One thread at a time, but for `cancel`.
+class EmbeddingClient {
+public:
+    EmbeddingClient(const ModelServerAddress& server, std::string model);
+    ~EmbeddingClient();
+
+    /// The server's vector as it came. Blocks until the server has answered.
+    std::expected<std::vector<double>, EmbeddingError> embed(const std::string& text);
+
+    /// Ends a call that runs, and every later one, at once. Any thread.
+    void cancel();
+
+private:
+    class Connection;
+    std::unique_ptr<Connection> m_connection;
+    std::string m_path;
+    std::string m_model;
+};
+
+} // namespace dorvantel::service

@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "service/Embedding.h"
+
+#include "tests/service/FakeModelServer.h"
+
+#include <cmath>
+#include <latch>
+#include <limits>
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+using namespace dorvantel::service;
+using dorvantel::test::FakeModelServer;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+ModelServerAddress addressOf(const FakeModelServer& server) {
+    return {"127.0.0.1", server.port(), ""};
+}
+
+EmbeddingError errorOf(const FakeModelServer::Answer& answer) {
+    const FakeModelServer server([&](const std::string&) { return answer; });
+    const auto vector = EmbeddingClient(addressOf(server), "m").embed("x");
+    EXPECT_FALSE(vector);
+    return vector ? EmbeddingError{} : vector.error();
+}
+
+} // namespace
+
+TEST(EmbeddingText, IsMadeOfProfessionSummarySkillsAndLanguagesAlone) {
+    EXPECT_EQ(embeddingText({7, "Contable", "Diez años de experiencia", {"Femenino", {"S"}, {"A", "B"}, {"Inglés"}}}),
+              "Contable\nDiez años de experiencia\nA\nB\nS\nInglés");
+}
+
+TEST(EmbeddingText, GenderDoesNotShow) {
+    EXPECT_EQ(embeddingText({7, "P", "R", {"Femenino", {}, {}, {}}}),
+              embeddingText({7, "P", "R", {"Masculino", {}, {}, {}}}));
+}
+
+TEST(UnitVector, HasLengthOneAndTheSameDirection) {
+    EXPECT_THAT(unitVector({3, 4}), testing::Optional(ElementsAre(0.6F, 0.8F)));
+    EXPECT_THAT(unitVector({-2}), testing::Optional(ElementsAre(-1.0F)));
+    EXPECT_THAT(unitVector({1e-300, 0}), testing::Optional(ElementsAre(1.0F, 0.0F)));
+    EXPECT_THAT(unitVector({3e307, 4e307}), testing::Optional(ElementsAre(testing::FloatEq(0.6F), 0.8F)));
+}
+
+TEST(UnitVector, NothingForAVectorWithoutDirection) {
+    EXPECT_EQ(unitVector({}), std::nullopt);
+    EXPECT_EQ(unitVector({0, -0.0}), std::nullopt);
+    EXPECT_EQ(unitVector({1, std::numeric_limits<double>::infinity()}), std::nullopt);
+    EXPECT_EQ(unitVector({1, std::nan("")}), std::nullopt);
+}
+
+TEST(ParseModelServer, TakesHostPortAndPrefix) {
+    const auto plain = parseModelServer("http://localhost:11434");
+    EXPECT_EQ(plain->host, "localhost");
+    EXPECT_EQ(plain->port, 11434);
+    EXPECT_EQ(plain->prefix, "");
+    EXPECT_EQ(parseModelServer("http://localhost:11434/")->prefix, "");
+    EXPECT_EQ(parseModelServer("http://models.example/a/b/")->prefix, "/a/b");
+    EXPECT_EQ(parseModelServer("http://models.example")->port, 80);
+    EXPECT_EQ(parseModelServer("http://[::1]:5")->host, "::1");
+}
+
+TEST(ParseModelServer, RefusesOtherTexts) {
+    for (const char* const url : {"", "localhost:11434", "https://localhost", "http://", "http://:80", "http://a:x",
+                                  "ftp://a", "http://user@host", "http://a b"}) {
+        EXPECT_FALSE(parseModelServer(url)) << url;
+    }
+}
+
+TEST(EmbeddingClient, SendsModelAndInputAndReadsTheFirstVector) {
+    const FakeModelServer server([](const std::string&) {
+        return FakeModelServer::Answer{200, R"({"model":"m","embeddings":[[1,-0.5,2e-3]],"total_duration":5})"};
+    });
+    EmbeddingClient client(addressOf(server), "nomic \"x\"");
+    EXPECT_EQ(client.embed("Años\n'\"\\"), (std::vector<double>{1, -0.5, 0.002}));
+    ASSERT_EQ(server.requests().size(), 1U);
+    EXPECT_EQ(nlohmann::json::parse(server.requests()[0]),
+              (nlohmann::json{{"model", "nomic \"x\""}, {"input", "Años\n'\"\\"}}));
+}
+
+TEST(EmbeddingClient, PrefixComesBeforeThePath) {
+    const FakeModelServer server([](const std::string&) { return FakeModelServer::vector({1}); });
+    ModelServerAddress address = addressOf(server);
+    address.prefix = "/elsewhere";
+    EXPECT_EQ(EmbeddingClient(address, "m").embed("x").error().message, "the model server answers with status 404");
+}
+
+TEST(EmbeddingClient, RefusedTextsAreToldFromAServerInTrouble) {
+    for (const int status : {400, 413, 422}) {
+        EXPECT_TRUE(errorOf({status, R"({"error":"input length"})"}).concernsText) << status;
+    }
+    for (const int status : {401, 403, 404, 500, 501, 502, 503}) {
+        EXPECT_FALSE(errorOf({status, "<html>"}).concernsText) << status;
+    }
+}
+
+TEST(EmbeddingClient, AnswersWithoutAVectorConcernTheText) {
+    for (const char* const body : {"", "{}", "[]", R"({"embeddings":[]})", R"({"embeddings":[null]})",
+                                   R"({"embeddings":[["x"]]})", R"({"embeddings":[[1,null]]})", "{\"embeddings\":[["}) {
+        const EmbeddingError error = errorOf({200, body});
+        EXPECT_TRUE(error.concernsText) << body;
+        EXPECT_EQ(error.message, "the model server's answer holds no vector");
+    }
+}
+
+TEST(EmbeddingClient, ErrorsHoldNothingOfTheAnswer) {
+    EXPECT_EQ(errorOf({500, R"({"error":"secret"})"}).message, "the model server answers with status 500");
+}
+
+TEST(EmbeddingClient, ServerThatIsNotThereIsInTrouble) {
+    int port = 0;
+    {
+        const FakeModelServer server([](const std::string&) { return FakeModelServer::Answer{}; });
+        port = server.port();
+    }
+    const auto vector = EmbeddingClient({"127.0.0.1", port, ""}, "m").embed("x");
+    ASSERT_FALSE(vector);
+    EXPECT_FALSE(vector.error().concernsText);
+    EXPECT_THAT(vector.error().message, HasSubstr("does not answer"));
+}
+
+TEST(EmbeddingClient, CancelEndsACallThatRunsAndEveryLaterOne) {
+    std::latch arrived(1);
+    std::latch released(1);
+    const FakeModelServer server([&](const std::string&) {
+        arrived.count_down();
+        released.wait();
+        return FakeModelServer::vector({1});
+    });
+    EmbeddingClient client(addressOf(server), "m");
+    std::thread call([&] { EXPECT_FALSE(client.embed("x")); });
+    arrived.wait();
+    client.cancel();
+    call.join();
+    EXPECT_FALSE(client.embed("x"));
+    released.count_down();
+    EXPECT_EQ(server.requests().size(), 1U);
+}
