@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "service/Http.h"
+
+#include <memory>
+#include <string>
+
+namespace dorvantel::service {
+
+/// `{"response":[…]}`: the candidates without score and PDF.
+std::unique_ptr<AnswerBody> listAnswer(std::unique_ptr<Rows> rows);
+
+/// `{"sql":…,"result":[…]}`: the candidates with their score.
+std::unique_ptr<AnswerBody> searchAnswer(std::string_view sql, std::unique_ptr<Rows> rows);
+
+/// `{"file":[…]}`: one number a byte.
+std::unique_ptr<AnswerBody> fileAnswer(std::string bytes);
+
+} // namespace dorvantel::service

@@ -1,0 +1,233 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "service/HttpServer.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+
+#include <httplib.h>
+
+namespace dorvantel::service {
+
+namespace {
+
+/// Every connection holds a thread while it is open, so there are many and idle connections end early.
+constexpr std::size_t threads = 64;
+constexpr time_t idleSeconds = 2;
+constexpr time_t stallSeconds = 10;
+constexpr int backlog = 512;
+
+/// With the charset, because the library would compress a bare "application/json" for every client that allows it,
+/// which over loopback costs far more than it saves.
+constexpr const char* jsonType = "application/json; charset=utf-8";
+
+std::vector<std::string> headerValues(const httplib::Request& request, const std::string& name) {
+    std::vector<std::string> values;
+    for (std::size_t i = 0; i < request.get_header_value_count(name); ++i) {
+        values.push_back(request.get_header_value(name, i));
+    }
+    return values;
+}
+
+HttpRequest headOf(const httplib::Request& request) {
+    HttpRequest head;
+    head.method = request.method == "HEAD" ? "GET" : request.method;
+    head.target = request.target;
+    head.hosts = headerValues(request, "Host");
+    head.origins = headerValues(request, "Origin");
+    if (request.has_header("Content-Type")) {
+        head.contentType = request.get_header_value("Content-Type");
+    }
+    head.isEncoded = request.has_header("Content-Encoding");
+    head.hasBody = request.has_header("Transfer-Encoding") ||
+                   (request.has_header("Content-Length") && request.get_header_value("Content-Length") != "0");
+    return head;
+}
+
+void send(HttpAnswer answer, httplib::Response& response) {
+    response.status = answer.status;
+    if (!answer.allow.empty()) {
+        response.set_header("Allow", answer.allow);
+    }
+    if (!answer.stream) {
+        if (!answer.body.empty()) {
+            response.set_content(answer.body, jsonType);
+        }
+        return;
+    }
+    response.set_chunked_content_provider(jsonType, [stream = std::move(answer.stream), block = std::string()](
+                                                        std::size_t, httplib::DataSink& sink) mutable {
+        block.clear();
+        const auto more = stream->next(block);
+        if (!more || !sink.write(block.data(), block.size())) {
+            return false;
+        }
+        if (!*more) {
+            sink.done();
+        }
+        return true;
+    });
+}
+
+std::expected<std::string, HttpAnswer> readBody(const httplib::Request& request, const httplib::Response& response,
+                                                const httplib::ContentReader& reader, std::size_t limit) {
+    std::string body;
+    bool isTooLarge = false;
+    const auto take = [&](const char* data, std::size_t size) {
+        isTooLarge = isTooLarge || body.size() + size > limit;
+        if (!isTooLarge) {
+            body.append(data, size);
+        }
+        return true;
+    };
+    const bool isWhole =
+        request.is_multipart_form_data() ? reader([](const auto&) { return true; }, take) : reader(take);
+    if (isTooLarge || response.status == 413) {
+        return std::unexpected(errorAnswer(413, "the body is too large"));
+    }
+    if (!isWhole) {
+        return std::unexpected(errorAnswer(400, "the body did not come whole"));
+    }
+    return body;
+}
+
+/// What the library refuses by itself has no body yet.
+httplib::Server::HandlerResponse completeError(const httplib::Request&, httplib::Response& response) {
+    if (response.body.empty() && !response.is_chunked_content_provider_) {
+        const char* const message = response.status == 413   ? "the body is too large"
+                                    : response.status == 414 ? "the address is too long"
+                                    : response.status == 404 ? "there is nothing at this address"
+                                                             : "the request is not understood";
+        response.set_content(errorAnswer(response.status, message).body, jsonType);
+    }
+    return httplib::Server::HandlerResponse::Handled;
+}
+
+} // namespace
+
+/// The library's server with a longer queue of connections than it was built with.
+class HttpServer::Listener : public httplib::Server {
+public:
+    void lengthenQueue() { ::listen(svr_sock_, backlog); }
+};
+
+HttpServer::HttpServer(const Settings& settings, LogLine log)
+    : m_settings(settings)
+    , m_gate(settings.host)
+    , m_log(std::move(log))
+    , m_listener(std::make_unique<Listener>()) {
+    m_listener->new_task_queue = [] { return new httplib::ThreadPool(threads); };
+    m_listener->set_keep_alive_timeout(idleSeconds);
+    m_listener->set_keep_alive_max_count(100'000);
+    m_listener->set_read_timeout(stallSeconds);
+    m_listener->set_write_timeout(stallSeconds);
+    m_listener->set_tcp_nodelay(true);
+    m_listener->set_payload_max_length(settings.bodyLimit);
+    // The library's own choice lets a second service take the same port.
+    m_listener->set_socket_options([](socket_t socket) {
+        const int yes = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
+    });
+    m_listener->set_default_headers({{"Cache-Control", "no-store"}, {"X-Content-Type-Options", "nosniff"}});
+    m_listener->set_error_handler(httplib::Server::HandlerWithResponse(completeError));
+    m_listener->set_exception_handler([this](const httplib::Request&, httplib::Response& response, std::exception_ptr) {
+        m_log("a request failed unexpectedly");
+        send(errorAnswer(500, "the service failed"), response);
+    });
+
+    const auto withoutBody = [this](const httplib::Request& request, httplib::Response& response) {
+        const auto refuse = [](std::size_t) {
+            return std::unexpected(errorAnswer(400, "a body is not taken here, or not without its length"));
+        };
+        send(answer(headOf(request), refuse), response);
+    };
+    const auto withBody = [this](const httplib::Request& request, httplib::Response& response,
+                                 const httplib::ContentReader& reader) {
+        const auto read = [&](std::size_t limit) { return readBody(request, response, reader, limit); };
+        send(answer(headOf(request), read), response);
+    };
+    m_listener->Get(".*", withoutBody);
+    m_listener->Options(".*", withoutBody);
+    m_listener->Delete(".*", withoutBody); // the library's choice for one without a length
+    m_listener->Delete(".*", httplib::Server::HandlerWithContentReader(withBody));
+    m_listener->Post(".*", httplib::Server::HandlerWithContentReader(withBody));
+    m_listener->Put(".*", httplib::Server::HandlerWithContentReader(withBody));
+    m_listener->Patch(".*", httplib::Server::HandlerWithContentReader(withBody));
+}
+
+HttpServer::~HttpServer() {
+    stop();
+}
+
+std::expected<void, std::string> HttpServer::bind() {
+    errno = 0;
+    if (m_settings.port == 0) {
+        m_port = m_listener->bind_to_any_port(m_settings.host);
+    } else if (m_listener->bind_to_port(m_settings.host, m_settings.port)) {
+        m_port = m_settings.port;
+    } else {
+        m_port = -1;
+    }
+    if (m_port < 0) {
+        const std::string reason = errno == EADDRINUSE ? "the port is in use by another program"
+                                   : errno != 0        ? std::strerror(errno)
+                                                       : "there is no such address on this machine";
+        return std::unexpected("cannot listen on " + m_settings.host + ":" + std::to_string(m_settings.port) + ": " +
+                               reason);
+    }
+    m_listener->lengthenQueue();
+    return {};
+}
+
+std::string HttpServer::url() const {
+    const bool isIPv6 = m_settings.host.find(':') != std::string::npos;
+    return "http://" + (isIPv6 ? "[" + m_settings.host + "]" : m_settings.host) + ":" + std::to_string(m_port) +
+           "/curriculums";
+}
+
+void HttpServer::start(const RecordsApi& api) {
+    m_api = &api;
+    m_thread = std::thread([this] {
+        m_listener->listen_after_bind();
+        m_hasEnded = true;
+    });
+    // Before the library says that it runs, stopping it would do nothing.
+    while (!m_listener->is_running() && !m_hasEnded) {
+        std::this_thread::yield();
+    }
+}
+
+void HttpServer::stop() {
+    if (m_thread.joinable()) {
+        m_listener->stop();
+        m_thread.join();
+    }
+}
+
+HttpAnswer HttpServer::answer(HttpRequest request, const ReadBody& readBody) const {
+    auto refusal = m_gate.refusal(request);
+    auto operation = route(request.method, request.target);
+    if (!refusal && !operation) {
+        refusal = std::move(operation.error());
+    }
+    if (request.hasBody) {
+        // Read even when it is refused: what stays on the connection would be taken for the next request.
+        auto body = readBody(refusal ? 0 : m_settings.bodyLimit);
+        if (!refusal && !body) {
+            refusal = std::move(body.error());
+        } else if (!refusal) {
+            request.body = std::move(*body);
+        }
+    }
+    if (refusal) {
+        return std::move(*refusal);
+    }
+    HttpAnswer answer = m_api->answer(*operation, request);
+    if (answer.status >= 500) {
+        m_log(answer.body);
+    }
+    return answer;
+}
+
+} // namespace dorvantel::service

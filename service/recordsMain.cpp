@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "platform/Log.h"
+#include "service/EmbeddingQueue.h"
+#include "service/HttpServer.h"
+#include "service/Options.h"
+#include "service/Schema.h"
+#include "service/SqliteStore.h"
+
+#include <QString>
+
+#include <csignal>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include <sys/stat.h>
+
+using namespace dorvantel::service;
+
+namespace {
+
+/// One line on standard error. One call, so that lines of different threads never mix.
+void log(std::string_view line) {
+    const std::string text = "dorvantel-records: " + std::string(line) + "\n";
+    std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+/// What ends the program when it is asked to. Blocked in every thread, so that only the wait for them sees them.
+sigset_t blockEndSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return signals;
+}
+
+ExitCode serve(const Options& options, const std::filesystem::path& path) {
+    const sigset_t signals = blockEndSignals();
+    // The address first: when another service has it, the store is left alone.
+    HttpServer server(options.http, log);
+    if (const auto bound = server.bind(); !bound) {
+        log(bound.error());
+        return ExitCode::AddressUnusable;
+    }
+    SqliteStore store(path, options.embeddingModel);
+    std::unique_ptr<EmbeddingQueue> queue;
+    if (!options.embeddingModel.empty()) {
+        queue = std::make_unique<EmbeddingQueue>(store, options.modelServer, options.embeddingModel,
+                                                 EmbeddingQueue::Pauses{}, log);
+    }
+    const RecordsApi api(store, [&queue] {
+        if (queue) {
+            queue->wake();
+        }
+    });
+    server.start(api);
+    dorvantel::logLine(QString::fromStdString("dorvantel-records is ready at " + server.url()));
+
+    int received = 0;
+    sigwait(&signals, &received);
+    server.stop();
+    return ExitCode::Stopped;
+}
+
+ExitCode serveReporting(const Options& options, const std::filesystem::path& path) {
+    try {
+        return serve(options, path);
+    } catch (const SchemaError& error) {
+        log(path.string() + ": " + error.what());
+        return error.kind() == SchemaError::Kind::Newer ? ExitCode::StoreNewer : ExitCode::StoreUnusable;
+    } catch (const StoreFileError& error) {
+        log(error.what());
+        return ExitCode::StoreUnusable;
+    } catch (const SqliteError& error) {
+        log(path.string() + ": " + error.what());
+        return ExitCode::StoreUnusable;
+    } catch (const std::exception& error) {
+        log(error.what());
+        return ExitCode::Failed;
+    }
+}
+
+ExitCode run(const std::vector<std::string_view>& arguments) {
+    const auto options = parseOptions(arguments);
+    if (!options) {
+        log(options.error());
+        return ExitCode::BadArguments;
+    }
+    if (options->showHelp || options->showVersion) {
+        const std::string text = options->showHelp ? helpText() : "dorvantel-records " DORVANTEL_VERSION "\n";
+        std::fwrite(text.data(), 1, text.size(), stdout);
+        return ExitCode::Stopped;
+    }
+    const auto path = options->store ? options->store : defaultStorePath();
+    if (!path) {
+        log("there is no home folder to keep the store in; name a file with --store");
+        return ExitCode::StoreUnusable;
+    }
+    return serveReporting(*options, *path);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    umask(S_IRWXG | S_IRWXO); // whatever SQLite makes beside the store is its owner's alone
+    return static_cast<int>(run({argv + 1, argv + argc}));
+}
