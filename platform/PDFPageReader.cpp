@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/PDFPageReader.h"
 
+#include "platform/PDFStrayAccents.h"
 #include "platform/PDFText.h"
 
 #include <QBuffer>
 #include <QPdfDocument>
-#include <QPdfSelection>
 
 namespace dorvantel {
 
@@ -31,7 +31,7 @@ std::optional<QStringList> readPageTexts(QByteArray bytes) {
     QStringList texts;
     qsizetype characters = 0;
     for (int page = 0; page < pages; ++page) {
-        texts.append(ordinaryPageText(document.getAllText(page).text()));
+        texts.append(ordinaryPageText(pageTextWithStrayAccentsPlaced(document, page)));
         characters += texts.last().size();
         if (characters > mostCharacters) {
             return std::nullopt;

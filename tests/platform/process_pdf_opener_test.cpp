@@ -203,6 +203,26 @@ TEST(ProcessPDFOpener, OpensThreeHundredPages) {
     EXPECT_EQ(document->pageText(299), u"Page 300\n"_s);
 }
 
+TEST(ProcessPDFOpener, AnAccentDrawnOverACapitalIsOnTheCapital) {
+    // As an old TeX font draws it: the accent by itself, over the letter that follows. The library gives it at
+    // the end of the line, or before the letter when it is higher.
+    for (const char* height : {"703", "706"}) {
+        const auto document = open(contentPDF({"BT /F1 12 Tf 1 0 0 1 74 " + QByteArray(height) +
+                                               " Tm (\\264) Tj 1 0 0 1 72 700 Tm (Angel Lopez, ingeniero) Tj "
+                                               "1 0 0 1 72 680 Tm (Segunda) Tj ET"}));
+        ASSERT_TRUE(document);
+        EXPECT_THAT(texts(*document), ElementsAre(u"Ángel Lopez, ingeniero\nSegunda\n"_s)) << height;
+    }
+}
+
+TEST(ProcessPDFOpener, AnAccentDrawnOverNothingStaysWhereItIs) {
+    const auto document = open(contentPDF({"BT /F1 12 Tf 1 0 0 1 300 706 Tm (\\264) Tj 1 0 0 1 72 700 Tm "
+                                           "(Angel Lopez) Tj ET"}));
+    ASSERT_TRUE(document);
+    EXPECT_TRUE(document->pageText(0).contains(u'´'));
+    EXPECT_TRUE(document->pageText(0).contains(u"Angel Lopez"_s));
+}
+
 TEST(ProcessPDFOpener, APDFThatNeverEndsIsGivenUpAtTheTimeLimit) {
     QElapsedTimer clock;
     clock.start();

@@ -97,6 +97,10 @@ QByteArray textPDF(const QByteArrayList& pages) {
     for (const QByteArray& page : pages) {
         contents.append(page.isEmpty() ? QByteArray() : pageContent(page));
     }
+    return contentPDF(contents);
+}
+
+QByteArray contentPDF(const QByteArrayList& contents) {
     return pdfFromObjects(textObjects(contents));
 }
 

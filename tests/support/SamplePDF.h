@@ -18,7 +18,10 @@ QByteArray pdfStream(const QByteArray& content, const QByteArray& entries = {});
 /// with the escapes of PDF strings ("\\(", "\\)", "\\\\", octal); an empty element is a page without text.
 QByteArray textPDF(const QByteArrayList& pages);
 
-/// The same, encrypted with 40-bit RC4. With an empty `userPassword` it opens without asking for one.
+/// One page per element, which is its content stream; the font F1 is Helvetica.
+QByteArray contentPDF(const QByteArrayList& contents);
+
+/// A page of text, encrypted with 40-bit RC4. With an empty `userPassword` it opens without asking for one.
 QByteArray encryptedPDF(const QByteArray& page, const QByteArray& userPassword);
 
 /// A page tree nested a hundredfold and looping: opening it takes the PDF library practically for ever.
