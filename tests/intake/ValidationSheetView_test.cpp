@@ -1,0 +1,290 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "data/Model.h"
+#include "intake/IntakeState.h"
+#include "intake/ValidationSheetView.h"
+#include "platform/PDFDocument.h"
+#include "tests/support/CapturedOutput.h"
+#include "tests/support/FakeRecordsService.h"
+#include "tests/support/Typing.h"
+#include "tests/support/Wait.h"
+#include "ui/Figures.h"
+#include "ui/SegmentedControl.h"
+#include "ui/Symbols.h"
+#include "ui/TokenEditor.h"
+#include "ui/TokenField2.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace dorvantel;
+using namespace dorvantel::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+SheetValues completeValues() {
+    return {.gender = u"Femenino"_s,
+            .name = u"Ana Ruiz"_s,
+            .profession = u"Contable"_s,
+            .email = u"ana@example.com"_s,
+            .invitationMail = u"Estimada Sra. Ruiz"_s,
+            .summarizedText = u"Lleva cuentas."_s,
+            .techSkills = {{u"Excel"_s}, {u"Sage"_s}},
+            .softSkills = {{u"Trabajo en equipo"_s}, {}},
+            .languages = {{u"Inglés"_s}, {u"Catalán"_s}}};
+}
+
+class ValidationSheetTest : public testing::Test {
+protected:
+    void SetUp() override {
+        state.setPDFDocument(std::make_shared<PDFDocument>(QByteArray("pdf"), QStringList{u"x"_s}));
+        state.setSheetIsShowing(true);
+        sheet.show();
+    }
+
+    void extract(SheetValues values = completeValues()) {
+        state.setValues(std::move(values));
+        state.setDataExtracted(true);
+    }
+
+    template <typename Widget>
+    Widget* find(const QString& name) {
+        return sheet.findChild<Widget*>(name);
+    }
+    QLineEdit* field(const QString& name) { return find<QLineEdit>(name); }
+    void type(const QString& name, const QString& text) {
+        field(name)->selectAll();
+        QTest::keyClick(field(name), Qt::Key_Delete);
+        typeText(*field(name), text);
+    }
+    static QLineEdit* input(TokenField2& tokens) { return tokens.tokenField()->findChild<QLineEdit*>(); }
+    bool warns(const QString& name) { return find<SymbolView>(name + u"Warning"_s)->isShown(); }
+    void press(const QString& name) { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
+
+    FakeRecordsService records;
+    Model model{records};
+    IntakeState state;
+    ValidationSheetView sheet{state, model, records, nullptr};
+};
+
+} // namespace
+
+TEST_F(ValidationSheetTest, ShowsTheProgressViewWithoutButtonsUntilDataIsExtracted) {
+    EXPECT_TRUE(find<QWidget>(u"progress"_s)->isVisible());
+    EXPECT_TRUE(sheet.findChildren<QPushButton*>().isEmpty());
+    extract();
+    EXPECT_FALSE(find<QWidget>(u"progress"_s)->isVisible());
+    EXPECT_TRUE(find<QWidget>(u"data"_s)->isVisible());
+}
+
+TEST_F(ValidationSheetTest, EscapeLeavesTheProgressView) {
+    QTest::keyClick(&sheet, Qt::Key_Escape);
+    EXPECT_FALSE(state.sheetIsShowing());
+}
+
+TEST_F(ValidationSheetTest, CloseButtonOfTheWindowLeavesTheProgressView) {
+    sheet.close();
+    EXPECT_FALSE(state.sheetIsShowing());
+}
+
+TEST_F(ValidationSheetTest, CancelLeavesTheSheetAndKeepsTheValues) {
+    extract();
+    press(u"cancel"_s);
+    EXPECT_FALSE(state.sheetIsShowing());
+    EXPECT_FALSE(state.dataExtracted());
+    EXPECT_EQ(state.values(), completeValues());
+    EXPECT_TRUE(model.dbRecords().empty());
+}
+
+TEST_F(ValidationSheetTest, EscapeLeavesTheDataAsCancelDoes) {
+    extract();
+    QTest::keyClick(&sheet, Qt::Key_Escape);
+    EXPECT_FALSE(state.sheetIsShowing());
+    EXPECT_FALSE(state.dataExtracted());
+}
+
+TEST_F(ValidationSheetTest, ReturnInAFieldStoresNothing) {
+    extract();
+    QTest::keyClick(field(u"name"_s), Qt::Key_Return);
+    EXPECT_TRUE(state.sheetIsShowing());
+    EXPECT_TRUE(model.dbRecords().empty());
+}
+
+TEST_F(ValidationSheetTest, ShowsTheExtractedValues) {
+    extract();
+    EXPECT_EQ(field(u"name"_s)->text(), u"Ana Ruiz"_s);
+    EXPECT_EQ(field(u"name"_s)->placeholderText(), u"Nombre…"_s);
+    EXPECT_EQ(field(u"profession"_s)->placeholderText(), u"Profesión…"_s);
+    EXPECT_EQ(field(u"email"_s)->placeholderText(), u"Correo electrónico…"_s);
+    EXPECT_EQ(find<TokenField2>(u"techSkills"_s)->tokens(), (QStringList{u"Excel"_s}));
+    EXPECT_EQ(find<TokenField2>(u"techSkills2"_s)->tokens(), (QStringList{u"Sage"_s}));
+    EXPECT_EQ(find<TokenField2>(u"languages2"_s)->tokens(), (QStringList{u"Catalán"_s}));
+    EXPECT_EQ(find<QPlainTextEdit>(u"summarizedText"_s)->toPlainText(), u"Lleva cuentas."_s);
+    EXPECT_EQ(find<QPlainTextEdit>(u"invitationMail"_s)->toPlainText(), u"Estimada Sra. Ruiz"_s);
+}
+
+TEST_F(ValidationSheetTest, EmptyNameShowsAllThreeMarksWhateverTheOtherFieldsHold) {
+    extract();
+    for (const QString& row : {u"name"_s, u"profession"_s, u"email"_s}) {
+        EXPECT_FALSE(warns(row)) << qPrintable(row);
+    }
+    type(u"name"_s, QString());
+    for (const QString& row : {u"name"_s, u"profession"_s, u"email"_s}) {
+        EXPECT_TRUE(warns(row)) << qPrintable(row);
+    }
+}
+
+TEST_F(ValidationSheetTest, NameHidesTheMarksOfEmptyProfessionAndEmail) {
+    extract();
+    type(u"profession"_s, QString());
+    type(u"email"_s, QString());
+    EXPECT_FALSE(warns(u"profession"_s));
+    EXPECT_FALSE(warns(u"email"_s));
+}
+
+TEST_F(ValidationSheetTest, EmptySummaryAndMailShowTheirOwnMarks) {
+    extract();
+    EXPECT_FALSE(warns(u"summarizedText"_s));
+    find<QPlainTextEdit>(u"summarizedText"_s)->clear();
+    EXPECT_TRUE(warns(u"summarizedText"_s));
+    EXPECT_FALSE(warns(u"invitationMail"_s));
+    find<QPlainTextEdit>(u"invitationMail"_s)->clear();
+    EXPECT_TRUE(warns(u"invitationMail"_s));
+}
+
+TEST_F(ValidationSheetTest, FigureFollowsTheGender) {
+    extract();
+    EXPECT_EQ(find<QLabel>(u"figure"_s)->text(), womanFigure.toString());
+    QTest::mouseClick(find<QRadioButton>(u"Masculino"_s), Qt::LeftButton, {}, {8, 8});
+    EXPECT_EQ(find<QLabel>(u"figure"_s)->text(), manFigure.toString());
+    EXPECT_EQ(state.values().gender, u"Masculino"_s);
+}
+
+TEST_F(ValidationSheetTest, UnknownGenderShowsTheWoman) {
+    SheetValues values = completeValues();
+    values.gender = u"masculino"_s;
+    extract(values);
+    EXPECT_EQ(find<QLabel>(u"figure"_s)->text(), womanFigure.toString());
+}
+
+TEST_F(ValidationSheetTest, ChoosingAPageChangesNothingElse) {
+    extract();
+    EXPECT_FALSE(find<QPlainTextEdit>(u"invitationMail"_s)->isVisible());
+    find<SegmentedControl>(u"valuetype"_s)->setCurrentIndex(1);
+    EXPECT_TRUE(find<QPlainTextEdit>(u"invitationMail"_s)->isVisible());
+    EXPECT_FALSE(field(u"name"_s)->isVisible());
+    EXPECT_EQ(state.values(), completeValues());
+}
+
+TEST_F(ValidationSheetTest, OKStoresTheCorrectedRecordWithItsPDF) {
+    extract();
+    type(u"name"_s, u"  maría josé LÓPEZ "_s);
+    type(u"profession"_s, u"Contable  "_s);
+    type(u"email"_s, u" Maria@Example.COM "_s);
+    press(u"ok"_s);
+
+    EXPECT_FALSE(state.sheetIsShowing());
+    EXPECT_FALSE(state.dataExtracted());
+    ASSERT_EQ(model.dbRecords().size(), 1U);
+    const DBRecordRepresentation& record = *model.dbRecords()[0];
+    EXPECT_EQ(record.name, u"María José López"_s);
+    EXPECT_EQ(record.profession, u"Contable  "_s);
+    EXPECT_EQ(record.email, u"maria@example.com"_s);
+    EXPECT_EQ(record.jsonCVData.techSkills, (QStringList{u"Excel"_s, u"Sage"_s}));
+    ASSERT_EQ(records.inserted().size(), 1U);
+    EXPECT_EQ(records.inserted()[0], record.toDBRecord());
+    EXPECT_EQ(records.inserted()[0].file, "pdf");
+}
+
+TEST_F(ValidationSheetTest, OKMakesNewValuesCatalogueValues) {
+    extract();
+    press(u"ok"_s);
+    EXPECT_EQ(model.techSkillsDictionary().value(u"sage"_s), u"Sage"_s);
+    EXPECT_EQ(model.languagesDictionary().value(u"catalán"_s), u"Catalán"_s);
+}
+
+TEST_F(ValidationSheetTest, OKWithASummaryOfBlanksDoesNothing) {
+    SheetValues values = completeValues();
+    values.summarizedText = u" \n "_s;
+    extract(values);
+    CapturedOutput output;
+    press(u"ok"_s);
+    EXPECT_TRUE(state.sheetIsShowing());
+    EXPECT_TRUE(state.dataExtracted());
+    EXPECT_TRUE(model.dbRecords().empty());
+    EXPECT_TRUE(records.inserted().empty());
+    EXPECT_EQ(output.text(), QString());
+}
+
+TEST_F(ValidationSheetTest, InsertThatSucceedsIsLogged) {
+    extract();
+    press(u"ok"_s);
+    CapturedOutput output;
+    records.answerInsert();
+    EXPECT_EQ(output.text(), u"Resume inserted successfully with PDF data\n"_s);
+}
+
+TEST_F(ValidationSheetTest, InsertThatFailsIsLoggedByItsErrorAndTheRecordStays) {
+    const QList<std::pair<APIError, QString>> failures = {{APIError::responseProblem, u"Response problem"_s},
+                                                          {APIError::decodingProblem, u"Decoding error"_s},
+                                                          {APIError::encodingProblem, u"Encoding error"_s}};
+    for (const auto& [error, line] : failures) {
+        state.setSheetIsShowing(true);
+        extract();
+        press(u"ok"_s);
+        CapturedOutput output;
+        records.answerInsert(std::unexpected(error));
+        EXPECT_EQ(output.text(), u"Failure! Record could not be inserted\n"_s + line + u"\n"_s);
+    }
+    EXPECT_EQ(model.dbRecords().size(), 3U);
+}
+
+TEST_F(ValidationSheetTest, DocumentWithoutBytesGivesARecordWithoutFileThatIsStillSent) {
+    state.setPDFDocument(std::make_shared<PDFDocument>());
+    extract();
+    press(u"ok"_s);
+    ASSERT_EQ(records.inserted().size(), 1U);
+    EXPECT_EQ(records.inserted()[0].file, std::nullopt);
+}
+
+TEST_F(ValidationSheetTest, ValueTypedOutsideTheCatalogueIsNotAdded) {
+    extract();
+    auto* outside = find<TokenField2>(u"techSkills2"_s);
+    typeText(*input(*outside), u"Python,"_s);
+    EXPECT_EQ(outside->tokens(), (QStringList{u"Sage"_s}));
+    EXPECT_EQ(outside->tokenField()->objectValue(), (TokenObjects{u"Sage"_s}));
+    EXPECT_EQ(state.values(), completeValues());
+}
+
+TEST_F(ValidationSheetTest, TokenOutsideTheCatalogueCanBeDeleted) {
+    extract();
+    auto* outside = find<TokenField2>(u"techSkills2"_s);
+    input(*outside)->setFocus();
+    QTest::keyClick(input(*outside), Qt::Key_End);
+    QTest::keyClick(input(*outside), Qt::Key_Backspace);
+    QTest::keyClick(outside->tokenField()->focusWidget(), Qt::Key_Backspace);
+    EXPECT_TRUE(state.values().techSkills.unknown.isEmpty());
+}
+
+TEST_F(ValidationSheetTest, TokenTakenByItsMenuComesBackWithTheNextEdit) {
+    extract();
+    auto* skills = find<TokenField2>(u"techSkills"_s);
+    skills->setTokens({});
+    type(u"name"_s, u"x"_s);
+    EXPECT_EQ(skills->tokens(), (QStringList{u"Excel"_s}));
+}
+
+TEST_F(ValidationSheetTest, NewExtractionReplacesWhatIsShown) {
+    extract();
+    SheetValues other = completeValues();
+    other.name = u"Otra Persona"_s;
+    extract(other);
+    EXPECT_TRUE(waitUntil([&] { return field(u"name"_s)->text() == u"Otra Persona"_s; }));
+}

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/PDFDocument.h"
+#include "platform/PDFOpener.h"
+
+#include <QPointer>
+
+#include <vector>
+
+namespace dorvantel::test {
+
+/// Opens nothing by itself: each opening waits until the test answers it by its index (0 is the first ever).
+class FakePDFOpener final : public PDFOpener {
+public:
+    void open(const QByteArray& bytes, QObject* context, Completion completion) override {
+        m_openings.push_back({bytes, context, std::move(completion)});
+    }
+
+    qsizetype openings() const { return static_cast<qsizetype>(m_openings.size()); }
+    const QByteArray& bytes(std::size_t opening) const { return m_openings.at(opening).bytes; }
+    bool isGivenUp(std::size_t opening) const { return !m_openings.at(opening).context; }
+
+    /// The bytes are a PDF with these page texts.
+    void succeed(std::size_t opening, const QStringList& pageTexts) {
+        answer(opening, std::make_shared<PDFDocument>(m_openings.at(opening).bytes, pageTexts));
+    }
+    void fail(std::size_t opening) { answer(opening, nullptr); }
+
+private:
+    struct Opening {
+        QByteArray bytes;
+        QPointer<QObject> context;
+        Completion completion;
+    };
+    void answer(std::size_t opening, const std::shared_ptr<PDFDocument>& document) {
+        if (m_openings.at(opening).context) {
+            m_openings.at(opening).completion(document);
+        }
+    }
+
+    std::vector<Opening> m_openings;
+};
+
+} // namespace dorvantel::test
