@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "app/Application.h"
+
+#include "ui/Style.h"
+#include "ui/Symbols.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+namespace dorvantel {
+
+using namespace Qt::StringLiterals;
+
+void prepareApplication(QApplication& application) {
+    QApplication::setOrganizationName(u"Dorvantel"_s);
+    QApplication::setApplicationName(u"Dorvantel"_s);
+    QApplication::setDesktopFileName(u"dorvantel"_s);
+    QApplication::setWindowIcon(applicationIcon());
+    QLocale::setDefault(QLocale(QLocale::Spanish));
+    auto* spanish = new QTranslator(&application);
+    if (spanish->load(u"qtbase_es"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        QApplication::installTranslator(spanish);
+    }
+    applyApplicationLook(application);
+}
+
+} // namespace dorvantel

@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "app/DropOverlay.h"
+
+#include "ui/Style.h"
+#include "ui/Symbols.h"
+
+#include <QGraphicsOpacityEffect>
+#include <QLabel>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace dorvantel {
+
+using namespace Qt::StringLiterals;
+
+DropOverlay::DropOverlay(QWidget* parent)
+    : QWidget(parent)
+    , m_opacity(new QGraphicsOpacityEffect(this))
+    , m_fade(m_opacity, "opacity") {
+    setObjectName(u"dropOverlay"_s);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setGraphicsEffect(m_opacity);
+    m_opacity->setOpacity(0);
+    m_fade.setDuration(200);
+    connect(&m_fade, &QPropertyAnimation::finished, this, [this] { setVisible(m_targeted); });
+
+    auto* icon = new SymbolView(u"plus.circle.fill"_s, Qt::white, 60);
+    auto* text = new QLabel(u"Deposita el currículum aquí..."_s);
+    text->setAlignment(Qt::AlignCenter);
+    text->setWordWrap(true);
+    QFont heavy = textFont(TextStyle::LargeTitle);
+    heavy.setWeight(QFont::Black);
+    text->setFont(heavy);
+    text->setStyleSheet(u"color: white"_s);
+    text->setFixedWidth(250);
+    auto* column = new QVBoxLayout(this);
+    column->setSpacing(8);
+    column->addStretch();
+    column->addWidget(icon, 0, Qt::AlignHCenter);
+    column->addWidget(text, 0, Qt::AlignHCenter);
+    column->addStretch();
+    hide();
+}
+
+void DropOverlay::setTargeted(bool targeted) {
+    if (m_targeted == targeted) {
+        return;
+    }
+    m_targeted = targeted;
+    if (targeted) {
+        raise();
+        show();
+    }
+    m_fade.stop();
+    m_fade.setStartValue(m_opacity->opacity());
+    m_fade.setEndValue(targeted ? 1.0 : 0.0);
+    m_fade.start();
+}
+
+void DropOverlay::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(rect(), QColor(0, 0, 0, 178)); // 70 %
+}
+
+} // namespace dorvantel
