@@ -45,7 +45,8 @@ HttpRequest headOf(const httplib::Request& request) {
     return head;
 }
 
-void send(HttpAnswer answer, httplib::Response& response) {
+/// `running` lives until the answer has gone out.
+void send(HttpAnswer answer, httplib::Response& response, std::shared_ptr<void> running) {
     response.status = answer.status;
     if (!answer.allow.empty()) {
         response.set_header("Allow", answer.allow);
@@ -56,18 +57,19 @@ void send(HttpAnswer answer, httplib::Response& response) {
         }
         return;
     }
-    response.set_chunked_content_provider(jsonType, [stream = std::move(answer.stream), block = std::string()](
-                                                        std::size_t, httplib::DataSink& sink) mutable {
-        block.clear();
-        const auto more = stream->next(block);
-        if (!more || !sink.write(block.data(), block.size())) {
-            return false;
-        }
-        if (!*more) {
-            sink.done();
-        }
-        return true;
-    });
+    response.set_chunked_content_provider(jsonType,
+                                          [running = std::move(running), stream = std::move(answer.stream),
+                                           block = std::string()](std::size_t, httplib::DataSink& sink) mutable {
+                                              block.clear();
+                                              const auto more = stream->next(block);
+                                              if (!more || !sink.write(block.data(), block.size())) {
+                                                  return false;
+                                              }
+                                              if (!*more) {
+                                                  sink.done();
+                                              }
+                                              return true;
+                                          });
 }
 
 std::expected<std::string, HttpAnswer> readBody(const httplib::Request& request, const httplib::Response& response,
@@ -133,19 +135,23 @@ HttpServer::HttpServer(const Settings& settings, LogLine log)
     m_listener->set_error_handler(httplib::Server::HandlerWithResponse(completeError));
     m_listener->set_exception_handler([this](const httplib::Request&, httplib::Response& response, std::exception_ptr) {
         m_log("a request failed unexpectedly");
-        send(errorAnswer(500, "the service failed"), response);
+        send(errorAnswer(500, "the service failed"), response, nullptr);
     });
 
     const auto withoutBody = [this](const httplib::Request& request, httplib::Response& response) {
         const auto refuse = [](std::size_t) {
             return std::unexpected(errorAnswer(400, "a body is not taken here, or not without its length"));
         };
-        send(answer(headOf(request), refuse), response);
+        auto running = m_active.begin();
+        HttpAnswer result = answer(headOf(request), refuse, running != nullptr);
+        send(std::move(result), response, std::move(running));
     };
     const auto withBody = [this](const httplib::Request& request, httplib::Response& response,
                                  const httplib::ContentReader& reader) {
         const auto read = [&](std::size_t limit) { return readBody(request, response, reader, limit); };
-        send(answer(headOf(request), read), response);
+        auto running = m_active.begin();
+        HttpAnswer result = answer(headOf(request), read, running != nullptr);
+        send(std::move(result), response, std::move(running));
     };
     m_listener->Get(".*", withoutBody);
     m_listener->Options(".*", withoutBody);
@@ -200,13 +206,14 @@ void HttpServer::start(const RecordsApi& api) {
 
 void HttpServer::stop() {
     if (m_thread.joinable()) {
+        m_active.drain(); // the library would cut answers that are still being sent
         m_listener->stop();
         m_thread.join();
     }
 }
 
-HttpAnswer HttpServer::answer(HttpRequest request, const ReadBody& readBody) const {
-    auto refusal = m_gate.refusal(request);
+HttpAnswer HttpServer::answer(HttpRequest request, const ReadBody& readBody, bool isServing) const {
+    auto refusal = isServing ? m_gate.refusal(request) : errorAnswer(503, "the service is stopping");
     auto operation = route(request.method, request.target);
     if (!refusal && !operation) {
         refusal = std::move(operation.error());

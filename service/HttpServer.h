@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "service/ActiveRequests.h"
 #include "service/Gate.h"
 #include "service/RecordsApi.h"
 
@@ -52,12 +53,13 @@ private:
     /// Reads a request's body to its end and gives it when it is no longer than `limit`.
     using ReadBody = std::function<std::expected<std::string, HttpAnswer>(std::size_t limit)>;
 
-    HttpAnswer answer(HttpRequest request, const ReadBody& readBody) const;
+    HttpAnswer answer(HttpRequest request, const ReadBody& readBody, bool isServing) const;
 
     Settings m_settings;
     Gate m_gate;
     const RecordsApi* m_api = nullptr;
     LogLine m_log;
+    ActiveRequests m_active;
     std::unique_ptr<Listener> m_listener;
     std::thread m_thread;
     std::atomic<bool> m_hasEnded = false;

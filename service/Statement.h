@@ -20,6 +20,7 @@ struct StatementError {
 /// `expected` and `offset` as one sentence, for the error answer.
 std::string statementErrorText(const StatementError& error);
 
+/// More than any recruiter chooses; what bounds the work of one request.
 constexpr std::size_t maxPredicates = 1'000;
 constexpr std::size_t maxQueryVectorLength = 65'536;
 
