@@ -123,10 +123,18 @@ QString renderedByTheRule(char32_t codePoint) {
     return QStringView(QChar::fromUcs4(codePoint)).toString();
 }
 
+/// The planes 4 to 13 are unassigned as a whole, 15 and 16 private: their first and last rows speak for them.
+bool isRowOfAUniformPlane(char32_t row) {
+    const char32_t plane = row >> 16;
+    const char32_t rowInPlane = row & 0xFF00;
+    return ((plane >= 4 && plane <= 13) || plane >= 15) && rowInPlane != 0 && rowInPlane != 0xFF00;
+}
+
 TEST(JsonString, EveryCodePointFollowsTheRule) {
     for (char32_t row = 0; row <= 0x10FFFF; row += 0x100) {
-        if (row >= 0xD800 && row <= 0xDFFF) {
-            continue; // halves of surrogate pairs are no characters
+        const bool isSurrogate = row >= 0xD800 && row <= 0xDFFF; // halves of pairs are no characters
+        if (isSurrogate || isRowOfAUniformPlane(row)) {
+            continue;
         }
         QStringList skills;
         QStringList expected;

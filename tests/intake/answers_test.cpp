@@ -14,8 +14,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using test::CapturedOutput;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 const QString complete =
     uR"({"name":"ana RUIZ","profession":"Contable","email":"Ana@Example.com","summarizedText":"Diez años",)"
