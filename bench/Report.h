@@ -44,7 +44,7 @@ public:
                     benchmark::DoNotOptimize(result);
                     state.PauseTiming();
                     {
-                        const auto discarded = std::move(result);
+                        [[maybe_unused]] const auto discarded = std::move(result);
                     }
                     state.ResumeTiming();
                 }

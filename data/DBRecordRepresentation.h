@@ -35,6 +35,8 @@ struct DBRecordRepresentation {
     std::vector<PDFCallback> pdfLoadCallbacks{}; ///< who waits for the PDF; empty unless it is being downloaded
 
     DBRecordRepresentation() = default;
+    /// The candidate of that identity, for who reads a stored one or makes so many that fresh ones have to be cheap.
+    explicit DBRecordRepresentation(const QUuid& identity) : id(identity) {}
     // A candidate has an identity: it is shared, never copied.
     DBRecordRepresentation(const DBRecordRepresentation&) = delete;
     DBRecordRepresentation& operator=(const DBRecordRepresentation&) = delete;
