@@ -6,6 +6,8 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 
+#include <algorithm>
+
 namespace dorvantel {
 
 namespace {
@@ -20,7 +22,9 @@ public:
             const qint64 announced = reply.header(QNetworkRequest::ContentLengthHeader).toLongLong();
             m_body.reserve(std::clamp<qint64>(announced, 0, largestReserve) + 64);
         }
-        m_body.append(reply.readAll());
+        if (reply.isReadable()) {
+            m_body.append(reply.readAll());
+        }
     }
     QByteArray take() { return std::move(m_body); }
 
@@ -28,11 +32,51 @@ private:
     QByteArray m_body;
 };
 
+/// A request's body that can be read once. From a `QByteArray` Qt would send the request again when a connection is cut
+/// before the answer, up to three times, and the server may have done each time what it was asked to do.
+class OneTimeBody final : public QIODevice {
+public:
+    explicit OneTimeBody(QByteArray body)
+        : m_body(std::move(body)) {
+        open(QIODevice::ReadOnly);
+    }
+    bool isSequential() const override { return true; }
+    bool reset() override { return false; }
+    qint64 bytesAvailable() const override { return m_body.size() - m_read + QIODevice::bytesAvailable(); }
+
+protected:
+    qint64 readData(char* data, qint64 mostBytes) override {
+        const qint64 count = std::min(mostBytes, m_body.size() - m_read);
+        std::copy_n(m_body.constData() + m_read, count, data);
+        m_read += count;
+        return count == 0 && mostBytes > 0 ? -1 : count;
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    QByteArray m_body;
+    qint64 m_read = 0;
+};
+
+bool isHttp(const QNetworkReply& reply) {
+    return reply.url().scheme().startsWith(QLatin1String("http"));
+}
+
+/// Whether the answer ended before the length that it announced. Of an answer with an error status Qt does not say so.
+bool isCut(const QNetworkReply& reply, const QByteArray& body) {
+    const QVariant announced = reply.header(QNetworkRequest::ContentLengthHeader);
+    const bool isPlain = !reply.hasRawHeader("Content-Encoding");
+    return announced.isValid() && isPlain && body.size() < announced.toLongLong();
+}
+
 /// A response with an error status is a response: only what kept one from arriving is a transport error.
-bool hasResponse(const QNetworkReply& reply) {
-    const bool hasStatus = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
-    return reply.error() == QNetworkReply::NoError ||
-           (hasStatus && reply.error() >= QNetworkReply::ContentAccessDenied);
+bool hasResponse(const QNetworkReply& reply, const QByteArray& body) {
+    if (reply.error() == QNetworkReply::NoError) {
+        return true;
+    }
+    // Errors that stand for a status come after those of the connection, and only a status from 400 on becomes one.
+    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    return status >= 400 && reply.error() > QNetworkReply::UnknownNetworkError && !isCut(reply, body);
 }
 
 QString description(const QNetworkReply& reply) {
@@ -52,6 +96,37 @@ QUrl keepingLeadingSlashes(QUrl url) {
     return url;
 }
 
+QNetworkReply* start(QNetworkAccessManager& manager, const HttpRequest& request) {
+    QNetworkRequest networkRequest(keepingLeadingSlashes(request.url));
+    networkRequest.setTransferTimeout(static_cast<int>(request.timeout.count()));
+    if (!request.contentType.isEmpty()) {
+        networkRequest.setHeader(QNetworkRequest::ContentTypeHeader, request.contentType);
+    }
+    if (request.method == HttpRequest::Method::Get) {
+        return manager.get(networkRequest);
+    }
+    auto body = std::make_unique<OneTimeBody>(request.body);
+    networkRequest.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
+    networkRequest.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
+    QNetworkReply* reply = request.method == HttpRequest::Method::Post
+                               ? manager.post(networkRequest, body.get())
+                               : manager.sendCustomRequest(networkRequest, QByteArrayLiteral("DELETE"), body.get());
+    body.release()->setParent(reply);
+    return reply;
+}
+
+HttpOutcome outcome(const QNetworkReply& reply, QByteArray body) {
+    if (!hasResponse(reply, body)) {
+        return std::unexpected(TransportError{description(reply)});
+    }
+    HttpResponse response;
+    if (isHttp(reply)) {
+        response.statusCode = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    }
+    response.body = std::move(body);
+    return response;
+}
+
 } // namespace
 
 NetworkHttpSession::NetworkHttpSession()
@@ -61,41 +136,13 @@ NetworkHttpSession::~NetworkHttpSession() = default;
 
 void NetworkHttpSession::send(const HttpRequest& request, QObject* context,
                               std::function<void(HttpOutcome)> completion) {
-    QNetworkRequest networkRequest(keepingLeadingSlashes(request.url));
-    networkRequest.setTransferTimeout(static_cast<int>(request.timeout.count()));
-    if (!request.contentType.isEmpty()) {
-        networkRequest.setHeader(QNetworkRequest::ContentTypeHeader, request.contentType);
-    }
-
-    QNetworkReply* reply = nullptr;
-    switch (request.method) {
-    case HttpRequest::Method::Get:
-        reply = m_manager->get(networkRequest);
-        break;
-    case HttpRequest::Method::Post:
-        reply = m_manager->post(networkRequest, request.body);
-        break;
-    case HttpRequest::Method::Delete:
-        reply = m_manager->sendCustomRequest(networkRequest, QByteArrayLiteral("DELETE"), request.body);
-        break;
-    }
-
+    QNetworkReply* reply = start(*m_manager, request);
     auto body = std::make_shared<BodyCollector>();
     QObject::connect(reply, &QIODevice::readyRead, reply, [reply, body] { body->read(*reply); });
     QObject::connect(reply, &QNetworkReply::finished, context, [reply, body, completion = std::move(completion)] {
         reply->deleteLater();
-        if (!hasResponse(*reply)) {
-            completion(std::unexpected(TransportError{description(*reply)}));
-            return;
-        }
         body->read(*reply);
-        HttpResponse response;
-        const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-        if (status.isValid()) {
-            response.statusCode = status.toInt();
-        }
-        response.body = body->take();
-        completion(std::move(response));
+        completion(outcome(*reply, body->take()));
     });
     QObject::connect(context, &QObject::destroyed, reply, [reply](QObject* gone) {
         // Aborting finishes the reply, and what is being destroyed must not hear of it.

@@ -48,7 +48,8 @@ public:
     virtual void send(const HttpRequest& request, QObject* context, std::function<void(HttpOutcome)> completion) = 0;
 };
 
-/// The session that the program uses: connections are shared by all its users and redirects are followed.
+/// The session that the program uses: connections are shared by all its users, and redirects are followed unless a body
+/// would have to be sent again for them: a body is sent once, whatever happens.
 class NetworkHttpSession final : public HttpSession {
 public:
     NetworkHttpSession();

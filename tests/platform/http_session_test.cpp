@@ -6,6 +6,11 @@
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/Wait.h"
 
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTemporaryFile>
+#include <QTimer>
+
 #include <memory>
 #include <optional>
 
@@ -48,6 +53,219 @@ TEST_F(NetworkHttpSessionTest, CompletionIsNotCalledWhenTheContextGoesFirst) {
     context.reset();
     EXPECT_TRUE(waitUntil([&] { return server.openConnections() == 0; }));
     EXPECT_FALSE(outcome.has_value());
+}
+
+TEST_F(NetworkHttpSessionTest, ErrorStatusesAreResponsesWithTheirBodies) {
+    for (const int status : {400, 401, 403, 404, 405, 407, 409, 410, 418, 422, 429, 500, 501, 502, 503, 599}) {
+        ScriptedServer server(ScriptedReply{.status = status, .body = "{\"error\": \"no\"}"});
+        outcome.reset();
+        get(server.url());
+        ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); })) << status;
+        ASSERT_TRUE(outcome->has_value()) << status << " " << qPrintable(outcome->error().description);
+        EXPECT_EQ((*outcome)->statusCode, status);
+        EXPECT_EQ((*outcome)->body, "{\"error\": \"no\"}") << status;
+    }
+}
+
+TEST_F(NetworkHttpSessionTest, StatusWithoutBodyIsAResponseWithAnEmptyBody) {
+    for (const int status : {200, 201, 204, 404, 500}) {
+        ScriptedServer server(ScriptedReply{.status = status, .body = {}});
+        outcome.reset();
+        get(server.url());
+        ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); })) << status;
+        ASSERT_TRUE(outcome->has_value()) << status;
+        EXPECT_EQ((*outcome)->statusCode, status);
+        EXPECT_EQ((*outcome)->body, QByteArray()) << status;
+    }
+}
+
+TEST_F(NetworkHttpSessionTest, RefusedConnectionIsATransportErrorWithAText) {
+    QString url;
+    {
+        const ScriptedServer gone(ScriptedReply{});
+        url = gone.url();
+    }
+    get(url);
+    EXPECT_FALSE(outcome.has_value());
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    ASSERT_FALSE(outcome->has_value());
+    EXPECT_EQ(outcome->error().description, u"Connection refused"_s);
+}
+
+TEST_F(NetworkHttpSessionTest, SilenceBeyondTheTimeOutIsATransportError) {
+    ScriptedServer server(ScriptedReply{.way = ScriptedReply::Way::Stall});
+    HttpRequest request;
+    request.url = QUrl(server.url());
+    request.timeout = std::chrono::milliseconds(100);
+    session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    ASSERT_FALSE(outcome->has_value());
+    EXPECT_EQ(outcome->error().description, u"The request timed out."_s);
+}
+
+TEST_F(NetworkHttpSessionTest, ConnectionCutWithoutAnAnswerIsATransportError) {
+    ScriptedServer server(ScriptedReply{.way = ScriptedReply::Way::Cut});
+    get(server.url());
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    EXPECT_FALSE(outcome->has_value());
+}
+
+TEST_F(NetworkHttpSessionTest, RequestWithABodyIsSentOnceEvenWhenTheConnectionIsCut) {
+    ScriptedServer server(ScriptedReply{.way = ScriptedReply::Way::Cut});
+    HttpRequest request;
+    request.method = HttpRequest::Method::Post;
+    request.url = QUrl(server.url());
+    request.contentType = "application/json";
+    request.body = "{}";
+    session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    EXPECT_FALSE(outcome->has_value());
+    EXPECT_EQ(server.requests().size(), 1);
+}
+
+TEST_F(NetworkHttpSessionTest, BodyCutHalfWayIsATransportErrorWhateverTheStatus) {
+    for (const int status : {200, 404, 500}) {
+        ScriptedServer server(
+            ScriptedReply{.status = status, .body = QByteArray(10'000, 'x'), .way = ScriptedReply::Way::CutInBody});
+        outcome.reset();
+        get(server.url());
+        ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); })) << status;
+        EXPECT_FALSE(outcome->has_value()) << status;
+    }
+}
+
+TEST_F(NetworkHttpSessionTest, AnswerThatIsNotHttpIsATransportError) {
+    ScriptedServer server(ScriptedReply{.body = "SSH-2.0-OpenSSH_9.2\r\n", .way = ScriptedReply::Way::NotHttp});
+    get(server.url());
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    EXPECT_FALSE(outcome->has_value());
+}
+
+TEST_F(NetworkHttpSessionTest, LocalFileHasABodyAndNoStatus) {
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    file.write("text");
+    file.close();
+    get(QUrl::fromLocalFile(file.fileName()).toString());
+    EXPECT_FALSE(outcome.has_value());
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    ASSERT_TRUE(outcome->has_value());
+    EXPECT_EQ((*outcome)->statusCode, std::nullopt);
+    EXPECT_EQ((*outcome)->body, "text");
+}
+
+TEST_F(NetworkHttpSessionTest, CompletionIsNeverCalledInsideTheCallAndOnlyOnce) {
+    for (const QString& url : {u"http://"_s, u"nonsense:x"_s, u"file:///no/such/file"_s, u"http://127.0.0.1:1/"_s}) {
+        int calls = 0;
+        HttpRequest request;
+        request.url = QUrl(url);
+        session.send(request, context.get(), [&calls](const HttpOutcome&) { ++calls; });
+        EXPECT_EQ(calls, 0) << qPrintable(url);
+        EXPECT_TRUE(waitUntil([&] { return calls > 0; })) << qPrintable(url);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(calls, 1) << qPrintable(url);
+    }
+}
+
+TEST_F(NetworkHttpSessionTest, RedirectsAreFollowed) {
+    ScriptedServer server([](const test::ScriptedRequest& request) {
+        if (request.target == "/old") {
+            return ScriptedReply{.status = 302, .body = "moved", .headers = "Location: /new\r\n"};
+        }
+        return ScriptedReply{.body = "here"};
+    });
+    get(server.url() + u"/old"_s);
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    ASSERT_TRUE(outcome->has_value());
+    EXPECT_EQ((*outcome)->statusCode, 200);
+    EXPECT_EQ((*outcome)->body, "here");
+}
+
+TEST_F(NetworkHttpSessionTest, RedirectThatWouldSendABodyAgainIsATransportError) {
+    ScriptedServer server(ScriptedReply{.status = 307, .body = {}, .headers = "Location: /new\r\n"});
+    HttpRequest request;
+    request.method = HttpRequest::Method::Post;
+    request.url = QUrl(server.url());
+    request.body = "{}";
+    session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    EXPECT_FALSE(outcome->has_value());
+    EXPECT_EQ(server.requests().size(), 1);
+}
+
+TEST_F(NetworkHttpSessionTest, DemandForAPasswordIsAResponse) {
+    ScriptedServer server(
+        ScriptedReply{.status = 401, .body = "who?", .headers = "WWW-Authenticate: Basic realm=\"x\"\r\n"});
+    get(server.url());
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    ASSERT_TRUE(outcome->has_value());
+    EXPECT_EQ((*outcome)->statusCode, 401);
+    EXPECT_EQ((*outcome)->body, "who?");
+}
+
+TEST_F(NetworkHttpSessionTest, DataThatKeepsComingKeepsTheRequestAlive) {
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost, 0));
+    QTimer drip;
+    int drops = 0;
+    QObject::connect(&server, &QTcpServer::newConnection, &server, [&] {
+        QTcpSocket* socket = server.nextPendingConnection();
+        socket->write("HTTP/1.1 200 OK\r\nContent-Length: 20\r\n\r\n");
+        QObject::connect(&drip, &QTimer::timeout, socket, [socket, &drops, &drip] {
+            socket->write("x");
+            if (++drops == 20) {
+                drip.stop();
+            }
+        });
+        drip.start(50);
+    });
+    HttpRequest request;
+    request.url = QUrl(u"http://127.0.0.1:%1/"_s.arg(server.serverPort()));
+    request.timeout = std::chrono::milliseconds(500); // half of what the whole answer takes
+    session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    ASSERT_TRUE(outcome->has_value()) << qPrintable(outcome->error().description);
+    EXPECT_EQ((*outcome)->body, QByteArray(20, 'x'));
+}
+
+TEST_F(NetworkHttpSessionTest, RedirectsInACircleAreATransportError) {
+    ScriptedServer server(ScriptedReply{.status = 302, .body = {}, .headers = "Location: /again\r\n"});
+    get(server.url());
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    EXPECT_FALSE(outcome->has_value());
+}
+
+TEST_F(NetworkHttpSessionTest, ContentTypeIsSentWithEveryMethodAndBodiesWithPostAndDelete) {
+    using Method = HttpRequest::Method;
+    ScriptedServer server(ScriptedReply{});
+    for (const Method method : {Method::Get, Method::Post, Method::Delete}) {
+        outcome.reset();
+        HttpRequest request;
+        request.method = method;
+        request.url = QUrl(server.url());
+        request.contentType = "application/json";
+        request.body = "\"key\"";
+        session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
+        ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+        EXPECT_EQ(server.requests().last().headers["content-type"], "application/json");
+        EXPECT_EQ(server.requests().last().body, method == Method::Get ? "" : "\"key\"");
+    }
+    EXPECT_EQ(server.requests()[0].method, "GET");
+    EXPECT_EQ(server.requests()[1].method, "POST");
+    EXPECT_EQ(server.requests()[2].method, "DELETE");
+}
+
+TEST_F(NetworkHttpSessionTest, LargeBodyArrivesWhole) {
+    QByteArray body(20 * 1024 * 1024, Qt::Uninitialized);
+    for (qsizetype i = 0; i < body.size(); ++i) {
+        body[i] = static_cast<char>(i * 31 >> 3);
+    }
+    ScriptedServer server(ScriptedReply{.body = body});
+    get(server.url());
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    ASSERT_TRUE(outcome->has_value());
+    EXPECT_TRUE((*outcome)->body == body);
 }
 
 } // namespace

@@ -78,9 +78,9 @@ bool ScriptedServer::release(const QByteArray& targetEnd) {
 }
 
 void ScriptedServer::answer(QTcpSocket* socket, const ScriptedReply& reply) {
-    const QByteArray head = "HTTP/1.1 " + QByteArray::number(reply.status) +
-                            " Status\r\nContent-Type: " + reply.contentType +
-                            "\r\nContent-Length: " + QByteArray::number(reply.body.size()) + "\r\n\r\n";
+    const QByteArray head =
+        "HTTP/1.1 " + QByteArray::number(reply.status) + " Status\r\nContent-Type: " + reply.contentType +
+        "\r\nContent-Length: " + QByteArray::number(reply.body.size()) + "\r\n" + reply.headers + "\r\n";
     switch (reply.way) {
     case ScriptedReply::Way::Whole:
         socket->write(reply.status == 204 ? QByteArray("HTTP/1.1 204 No Content\r\n\r\n") : head + reply.body);

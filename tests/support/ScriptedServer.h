@@ -21,7 +21,7 @@ struct ScriptedRequest {
 
 struct ScriptedReply {
     int status = 200;
-    QByteArray body;
+    QByteArray body{};
     QByteArray contentType = "application/json";
     enum class Way {
         Whole,     ///< the complete answer
@@ -31,7 +31,8 @@ struct ScriptedReply {
         NotHttp,   ///< the bytes of `body` alone, then the connection closes
     };
     Way way = Way::Whole;
-    bool held = false; ///< answered only when `release` is called
+    bool held = false;    ///< answered only when `release` is called
+    QByteArray headers{}; ///< more of them, each line ending in CR LF
 };
 
 /// An HTTP server on a free loopback port that answers what a test tells it to. It runs in the test's own event loop,
