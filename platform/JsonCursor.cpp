@@ -264,6 +264,7 @@ JsonCursor::RawString JsonCursor::uncheckedString() {
 JsonCursor::RawString JsonCursor::rawString() {
     const RawString raw = uncheckedString();
     if (!raw.isAscii && !simdjson::validate_utf8(raw.bytes)) {
+        m_at = raw.bytes.data();
         fail();
         return {};
     }
