@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QWidget>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace dorvantel {
+
+class AppSettings;
+class MarkedRow;
+
+/// Runs something after a while, unless the context is gone by then.
+using RunLater = std::function<void(std::chrono::milliseconds, QObject* context, std::function<void()>)>;
+RunLater runLaterOnMainQueue();
+
+/// The settings page for the address of the model server. The address is edited as a copy and stored only by "Save",
+/// when it looks like one. Widgets have object names, by which a test finds them.
+class OllamaSettingsView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit OllamaSettingsView(AppSettings& settings, RunLater runLater = runLaterOnMainQueue(),
+                                QWidget* parent = nullptr);
+
+private:
+    QWidget* addressRow();
+    QWidget* examples();
+    void save();
+    void showOutcome(const std::optional<QString>& error, bool saved);
+
+    AppSettings& m_settings;
+    RunLater m_runLater;
+    QLineEdit* m_urlText;
+    MarkedRow* m_errorMessage;
+    MarkedRow* m_saveConfirmation;
+    QPushButton* m_save;
+};
+
+} // namespace dorvantel

@@ -1,0 +1,151 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "modelserver/OllamaSettingsView.h"
+
+#include "modelserver/AppSettings.h"
+#include "modelserver/SettingsRows.h"
+#include "tests/support/Print.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace dorvantel {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+struct OllamaSettingsViewTest : testing::Test {
+    struct Later {
+        std::chrono::milliseconds delay;
+        std::function<void()> work;
+    };
+
+    QTemporaryDir folder;
+    AppSettings settings{std::make_unique<QSettings>(folder.filePath(u"a.conf"_s), QSettings::IniFormat)};
+    QList<Later> later;
+    OllamaSettingsView view{settings, [this](std::chrono::milliseconds delay, QObject*, std::function<void()> work) {
+                                later.append({delay, std::move(work)});
+                            }};
+    QLineEdit& urlText = *view.findChild<QLineEdit*>(u"urlText"_s);
+    QPushButton& saveButton = *view.findChild<QPushButton*>(u"save"_s);
+    MarkedRow& error = *view.findChild<MarkedRow*>(u"errorMessage"_s);
+    MarkedRow& confirmation = *view.findChild<MarkedRow*>(u"saveConfirmation"_s);
+
+    void save(const QString& text) {
+        urlText.setText(text);
+        QTest::mouseClick(&saveButton, Qt::LeftButton);
+    }
+
+    QStringList labels() const {
+        QStringList texts;
+        for (const QLabel* label : view.findChildren<QLabel*>()) {
+            texts += label->text();
+        }
+        return texts;
+    }
+};
+
+TEST_F(OllamaSettingsViewTest, BeginsWithTheCurrentAddressAndNoMessage) {
+    EXPECT_EQ(urlText.text(), u"http://localhost:11434"_s);
+    EXPECT_EQ(urlText.placeholderText(), u"http://localhost:11434"_s);
+    EXPECT_TRUE(error.isHidden());
+    EXPECT_TRUE(confirmation.isHidden());
+}
+
+TEST_F(OllamaSettingsViewTest, SaysWhatItIsFor) {
+    EXPECT_EQ(labels(), (QStringList{u"Ollama Server URL"_s, u"Enter the URL where your Ollama server is running"_s,
+                                     u""_s, u"Settings saved! Restart the app to apply changes."_s, u"Examples"_s,
+                                     u"Local (default)"_s, u"http://localhost:11434"_s, u"Custom port"_s,
+                                     u"http://localhost:8080"_s, u"Remote server"_s, u"http://192.168.1.100:11434"_s}));
+    EXPECT_EQ(saveButton.text(), u"Save"_s);
+}
+
+TEST_F(OllamaSettingsViewTest, AddressWithBlanksAroundItIsSavedWithoutThem) {
+    save(u"  http://localhost:8080  "_s);
+    EXPECT_EQ(settings.ollamaURL(), u"http://localhost:8080"_s);
+    EXPECT_TRUE(error.isHidden());
+    EXPECT_FALSE(confirmation.isHidden());
+    EXPECT_EQ(confirmation.text(), u"Settings saved! Restart the app to apply changes."_s);
+}
+
+TEST_F(OllamaSettingsViewTest, AddressWithoutItsSchemeIsRefused) {
+    for (const QString& text : {u"HTTP://localhost:11434"_s, u"localhost:11434"_s}) {
+        save(text);
+        EXPECT_EQ(error.text(), u"URL must start with http:// or https://"_s);
+        EXPECT_FALSE(error.isHidden());
+        EXPECT_TRUE(confirmation.isHidden());
+    }
+    EXPECT_EQ(settings.ollamaURL(), u"http://localhost:11434"_s);
+    EXPECT_TRUE(later.isEmpty());
+}
+
+TEST_F(OllamaSettingsViewTest, AddressThatIsNoURLIsRefused) {
+    save(u"http://local host"_s);
+    EXPECT_EQ(error.text(), u"Invalid URL format"_s);
+    EXPECT_FALSE(error.isHidden());
+    EXPECT_EQ(settings.ollamaURL(), u"http://localhost:11434"_s);
+}
+
+TEST_F(OllamaSettingsViewTest, RefusalTakesTheConfirmationAwayAndSuccessTheError) {
+    save(u"http://a"_s);
+    save(u"a"_s);
+    EXPECT_TRUE(confirmation.isHidden());
+    EXPECT_FALSE(error.isHidden());
+    save(u"http://b"_s);
+    EXPECT_TRUE(error.isHidden());
+    EXPECT_FALSE(confirmation.isHidden());
+}
+
+TEST_F(OllamaSettingsViewTest, ConfirmationGoesThreeSecondsAfterTheSave) {
+    save(u"http://a"_s);
+    ASSERT_EQ(later.size(), 1);
+    EXPECT_EQ(later[0].delay, 3000ms);
+    later[0].work();
+    EXPECT_TRUE(confirmation.isHidden());
+}
+
+TEST_F(OllamaSettingsViewTest, AfterTwoSavesTheConfirmationGoesWithTheFirstTimer) {
+    save(u"http://a"_s);
+    save(u"http://b"_s);
+    ASSERT_EQ(later.size(), 2);
+    later[0].work();
+    EXPECT_TRUE(confirmation.isHidden());
+    later[1].work();
+    EXPECT_TRUE(confirmation.isHidden());
+}
+
+TEST_F(OllamaSettingsViewTest, ResetPutsTheDefaultIntoTheFieldAndSavesNothing) {
+    settings.setOllamaURL(u"http://a"_s);
+    urlText.setText(u"http://b"_s);
+    QTest::mouseClick(view.findChild<QPushButton*>(u"reset"_s), Qt::LeftButton);
+    EXPECT_EQ(urlText.text(), u"http://localhost:11434"_s);
+    EXPECT_EQ(settings.ollamaURL(), u"http://a"_s);
+}
+
+TEST_F(OllamaSettingsViewTest, BlankAddressCannotBeSaved) {
+    urlText.setText(u" \t "_s);
+    EXPECT_FALSE(saveButton.isEnabled());
+    urlText.setText(u"a"_s);
+    EXPECT_TRUE(saveButton.isEnabled());
+}
+
+TEST_F(OllamaSettingsViewTest, ReturnKeySaves) {
+    urlText.setText(u"http://a"_s);
+    QTest::keyClick(&urlText, Qt::Key_Return);
+    EXPECT_EQ(settings.ollamaURL(), u"http://a"_s);
+}
+
+TEST_F(OllamaSettingsViewTest, TypingStoresNothing) {
+    QTest::keyClicks(&urlText, u"0"_s);
+    EXPECT_EQ(urlText.text(), u"http://localhost:114340"_s);
+    EXPECT_EQ(settings.ollamaURL(), u"http://localhost:11434"_s);
+}
+
+} // namespace
+} // namespace dorvantel
