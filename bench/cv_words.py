@@ -7,6 +7,11 @@ Prints one line per Spanish and English CV of $DORVANTEL_TEST_DATA/cv, tab separ
 more each program reads, what share of them stands in the Spanish or the English dictionary, and "ok" where ours is not
 below. With --explain, the words that only one of the two reads follow a line that is "below".
 
+One file is known to stay below: en-fullstacker-wkhtml-5p. Its producer (wkhtmltopdf on Qt 4.8) places every glyph by
+itself and writes no blanks, so a reader has to guess them from gaps. In its bold type and its rows of labels the gap
+between two words ("industry experience") is no wider than what letters leave free inside a word; pdftotext tells the
+two apart by the glyphs' advance widths, which Qt's interface does not give.
+
   bench/cv_words.py [--reader build/release/bin/dorvantel-pdf-reader] [--explain]
 """
 import argparse

@@ -85,7 +85,7 @@ Kind kindOf(std::u16string_view cluster) {
         return Kind::Dropped;
     }
     UErrorCode status = U_ZERO_ERROR;
-    const icu::UnicodeString units(false, cluster.data(), static_cast<int32_t>(cluster.size()));
+    const icu::UnicodeString units(cluster.data(), static_cast<int32_t>(cluster.size()));
     const icu::UnicodeString composed = icu::Normalizer2::getNFCInstance(status)->normalize(units, status);
     const bool one = U_SUCCESS(status) && composed.length() == 1 && composed[0] < endOfNamed;
     return one ? kinds[composed[0]] : Kind::Dropped;

@@ -64,15 +64,13 @@ public:
         result.reserve(m_text.size());
         for (qsizetype i = 0; i < m_text.size(); ++i) {
             const QChar here = m_text[i];
-            if (!isSpacingAccent(here) || m_quotationMarks.contains(i)) {
-                result += here;
-            } else if (at(i - 1) == u'/') {
+            const bool isAccent = isSpacingAccent(here) && !m_quotationMarks.contains(i);
+            if (isAccent && at(i - 1) == u'/') {
                 result += here == tilde ? QChar(u'~') : here;
-            } else if (const QChar before = result.isEmpty() ? QChar() : accented(result.back(), here);
-                       isUnder(here) && !before.isNull()) {
-                result.back() = before;
-            } else if (const QChar after = accented(at(i + 1), here); !after.isNull() && isAccentOfNext(i)) {
-                result += after;
+            } else if (isAccent && isAccentOfLast(here, result)) {
+                result.back() = accented(result.back(), here);
+            } else if (isAccent && isAccentOfNext(i)) {
+                result += accented(at(i + 1), here);
                 ++i;
             } else {
                 result += here;
@@ -84,9 +82,16 @@ public:
 private:
     QChar at(qsizetype i) const { return i < 0 || i >= m_text.size() ? QChar() : m_text[i]; }
 
+    static bool isAccentOfLast(QChar accent, const QString& result) {
+        return isUnder(accent) && !result.isEmpty() && !accented(result.back(), accent).isNull();
+    }
+
     bool isAccentOfNext(qsizetype i) const {
         const QChar accent = m_text[i];
-        const QChar letter = m_text[i + 1];
+        const QChar letter = at(i + 1);
+        if (accented(letter, accent).isNull()) {
+            return false;
+        }
         const bool insideWord = at(i - 1).isLetter();
         if (isDotless(letter)) {
             return true;

@@ -6,7 +6,10 @@
 #include "platform/PDFText.h"
 
 #include <QBuffer>
+#include <QDeadlineTimer>
 #include <QPdfDocument>
+
+#include <chrono>
 
 namespace dorvantel {
 
@@ -14,7 +17,9 @@ namespace {
 
 // A few hundred bytes can announce millions of pages; the thickest CV has some hundreds.
 constexpr int mostPages = 20'000;
-constexpr qsizetype mostCharacters = 32 * 1024 * 1024;
+constexpr qsizetype mostCharacters = 32'000'000;
+// Some misplaced accents matter less than that the PDF opens.
+constexpr std::chrono::seconds timeForStrayAccents{2};
 
 } // namespace
 
@@ -28,10 +33,11 @@ std::optional<QStringList> readPageTexts(QByteArray bytes) {
     if (document.error() != QPdfDocument::Error::None || pages < 1 || pages > mostPages) {
         return std::nullopt;
     }
+    const QDeadlineTimer deadline(timeForStrayAccents);
     QStringList texts;
     qsizetype characters = 0;
     for (int page = 0; page < pages; ++page) {
-        texts.append(ordinaryPageText(pageTextWithStrayAccentsPlaced(document, page)));
+        texts.append(ordinaryPageText(pageTextWithStrayAccentsPlaced(document, page, deadline)));
         characters += texts.last().size();
         if (characters > mostCharacters) {
             return std::nullopt;

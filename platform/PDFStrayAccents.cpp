@@ -16,16 +16,13 @@ namespace dorvantel {
 
 namespace {
 
-// Each costs the library a few passes over the page.
-constexpr qsizetype mostPerPage = 100;
-
 bool isBlankOrEdge(const QString& text, qsizetype i) {
     return i < 0 || i >= text.size() || text[i].isSpace();
 }
 
 QList<int> strayAccents(const QString& text) {
     QList<int> places;
-    for (qsizetype i = 0; i < text.size() && places.size() < mostPerPage; ++i) {
+    for (qsizetype i = 0; i < text.size(); ++i) {
         if (isSpacingAccent(text[i]) && isBlankOrEdge(text, i - 1) && isBlankOrEdge(text, i + 1)) {
             places.append(static_cast<int>(i));
         }
@@ -84,11 +81,14 @@ private:
 
 } // namespace
 
-QString pageTextWithStrayAccentsPlaced(QPdfDocument& document, int page) {
+QString pageTextWithStrayAccentsPlaced(QPdfDocument& document, int page, QDeadlineTimer deadline) {
     const QString text = document.getAllText(page).text();
     QString placed = text;
     QList<int> gone;
     for (const int place : strayAccents(text)) {
+        if (deadline.hasExpired()) {
+            break;
+        }
         const int letter = Page(document, page, text).letterUnder(place);
         if (letter >= 0) {
             placed[letter] = accented(text[letter], text[place]);

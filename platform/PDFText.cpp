@@ -118,12 +118,10 @@ QString withoutControls(const QString& text) {
     result.reserve(text.size());
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar here = text[i];
-        if (here == u'\n') {
-            result += here;
-        } else if (here == u'\t' || here.category() == QChar::Separator_Space) {
+        if (here == u'\t' || here.category() == QChar::Separator_Space) {
             result += u' ';
-        } else if (here.category() != QChar::Other_Control && !isUnpairedSurrogate(text, i) &&
-                   here != QChar::ByteOrderMark && here != QChar(0xFFFF)) {
+        } else if (here == u'\n' || (here.category() != QChar::Other_Control && !isUnpairedSurrogate(text, i) &&
+                                     here != QChar::ByteOrderMark && here != QChar(0xFFFF))) {
             result += here;
         }
     }

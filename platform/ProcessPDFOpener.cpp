@@ -13,11 +13,12 @@
 namespace dorvantel {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
-// The reader gives at most 64 MiB of text; whatever sends more is no longer the reader.
-constexpr qint64 mostOutput = 65 * 1024 * 1024;
+// The reader gives at most 64 MB of text; whatever sends more is no longer the reader.
+constexpr qint64 mostOutput = 65'000'000;
 
 /// One PDF being read. A child of its context; deletes itself after the completion.
 class Reading final : public QObject {
@@ -51,14 +52,11 @@ public:
 
     void start(const QString& program, std::chrono::milliseconds timeLimit) {
         m_limit.start(timeLimit);
-        // A program that cannot be started may be reported from inside the call, which no completion may be.
-        runOnMainQueue(this, [this, program] {
-            m_process.start(program, {});
-            if (m_process.state() != QProcess::NotRunning) {
-                m_process.write(m_bytes); // shares the bytes; they go out as the pipe takes them
-                m_process.closeWriteChannel();
-            }
-        });
+        m_process.start(program, {});
+        if (m_process.state() != QProcess::NotRunning) {
+            m_process.write(m_bytes); // shares the bytes; they go out as the pipe takes them
+            m_process.closeWriteChannel();
+        }
     }
 
 private:
@@ -73,7 +71,7 @@ private:
     /// Queued, because the completion may destroy the context and with it this object, whose process is still inside
     /// the signal that brought us here.
     void complete(std::shared_ptr<PDFDocument> document) {
-        runOnMainQueue(this, [this, document = std::move(document)]() mutable {
+        runOnMainQueueAfter(0ms, this, [this, document = std::move(document)]() mutable {
             deleteLater();
             const PDFOpener::Completion completion = std::move(m_completion);
             completion(std::move(document));

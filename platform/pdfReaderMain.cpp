@@ -40,7 +40,7 @@ void limitThisProcess() {
     limit(RLIMIT_CPU, seconds);
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     // The sanitizers' shadow memory alone is terabytes of address space.
-    constexpr rlim_t addressSpace = 1024 * 1024 * 1024;
+    constexpr rlim_t addressSpace = 1U << 30U;
     limit(RLIMIT_AS, addressSpace);
 #endif
 }
