@@ -1,2 +1,0 @@
-// SPDX-FileCopyrightText: 2026 The Dorvantel founders
-// SPDX-License-Identifier: MIT
