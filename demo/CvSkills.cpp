@@ -13,10 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool listsSkills(Section section) {
-    return section == Section::Technical || section == Section::Soft || section == Section::Skills;
-}
-
 bool isWritten(const CvText& cv, const PhraseMatch& match) {
     // "express" is a verb and "Go" a verb, "Express" and "Go" are names.
     return !cv.text().originalOf(cv.text().words()[match.firstWord]).front().isLower();
@@ -45,14 +41,15 @@ QStringList named(const std::vector<Term>& terms, const std::vector<int>& ids) {
     return names;
 }
 
-QStringList skillsIn(const CvText& cv, const TermList& list, bool ambiguousNeedCapital) {
+// `own` is the section that lists skills of this kind and no others.
+QStringList skillsIn(const CvText& cv, const TermList& list, Section own, bool ambiguousNeedCapital) {
     const std::vector<PhraseMatch> matches = list.phrases.find(cv.text().words());
     const QSet<const CvLine*> certain = certainLines(cv, matches);
     std::vector<int> ids;
     for (const PhraseMatch& match : matches) {
         const CvLine& line = cv.lineOf(match.firstWord);
         if (match.ambiguous) {
-            const bool amongSkills = listsSkills(line.section) || certain.contains(&line);
+            const bool amongSkills = line.section == own || line.section == Section::Skills || certain.contains(&line);
             if (!amongSkills || (ambiguousNeedCapital && !isWritten(cv, match))) {
                 continue;
             }
@@ -126,11 +123,11 @@ int idOfTextLanguage(const CvText& cv) {
 } // namespace
 
 QStringList technicalSkillsIn(const CvText& cv) {
-    return skillsIn(cv, vocabulary().technical, true);
+    return skillsIn(cv, vocabulary().technical, Section::Technical, true);
 }
 
 QStringList softSkillsIn(const CvText& cv) {
-    return skillsIn(cv, vocabulary().soft, false);
+    return skillsIn(cv, vocabulary().soft, Section::Soft, false);
 }
 
 QStringList languagesIn(const CvText& cv) {

@@ -74,13 +74,24 @@ QString firstSentences(const QString& text) {
 } // namespace
 
 QString summaryIn(const CvText& cv) {
-    QString prose = proseOf(cv, [](const CvLine& line) { return line.section == Section::Profile; });
+    const auto inProfile = [](const CvLine& line) { return line.section == Section::Profile; };
+    // A few lines under the name; the sentences of a later section tell of a job, not of the person.
+    const auto underName = [](const CvLine& line) {
+        return (line.section == Section::None || line.section == Section::Contact) && !line.text.contains(u':') &&
+               line.text.size() >= shortestProse / 2;
+    };
+    // Where columns run into each other, a profile may turn up under the heading of the other column.
+    const auto besideLists = [](const CvLine& line) {
+        return line.section != Section::Experience && line.section != Section::Education &&
+               line.section != Section::Other && line.text.size() >= shortestProse * 2 / 3;
+    };
+    QString prose = proseOf(cv, inProfile);
     if (prose.isEmpty()) {
-        // A few lines under the name; the sentences of a later section tell of a job, not of the person.
-        prose = proseOf(cv, [](const CvLine& line) {
-            return (line.section == Section::None || line.section == Section::Contact) && !line.text.contains(u':') &&
-                   line.text.size() >= shortestProse / 2;
-        });
+        prose = proseOf(cv, underName);
+    }
+    if (prose.isEmpty()) {
+        prose = proseOf(cv, besideLists);
+        prose = prose.size() < 2 * shortestProse ? QString() : prose;
     }
     return prose.isEmpty() ? QString() : firstSentences(prose);
 }
