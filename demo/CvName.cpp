@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::size_t linesLookedAt = 60;
+constexpr std::size_t linesLookedAt = 90;
 
 const QSet<QString>& particles() {
     static const QSet<QString> words = {u"de"_s, u"del"_s, u"la"_s,  u"las"_s, u"los"_s, u"y"_s,   u"i"_s,
@@ -110,9 +110,11 @@ struct Candidate {
 };
 
 double score(const Candidate& candidate, const QString& local, bool labelled) {
-    constexpr double perLine = 0.4;
+    // A name that is known for one may also stand far down, behind a column of skills.
+    const bool known = isFirstName(candidate.words.first());
+    const double perLine = known ? 0.1 : 0.4;
     double points = 10 - perLine * static_cast<double>(candidate.firstLine);
-    points += isFirstName(candidate.words.first()) ? 6 : 0;
+    points += known ? 6 : 0;
     points += 5 * std::min(2, wordsInAddress(candidate.words, local));
     points += labelled ? 12 : 0;
     points += candidate.lines > 1 ? -1 : 0;

@@ -49,10 +49,13 @@ QString titlePart(const QString& line) {
         u"(?:\\s+(?:at|en|@|bei|chez|presso|desde|from)\\s+.*|\\s*[|/:·]?\\s*\\(?\\b(?:19|20)\\d{2}\\b.*|\\s+@.*|"
         "\\s*[0-9]{1,2}/[0-9]{2,4}.*|\\s+-\\s+.*)$"_s,
         QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression monthLast(
+        u"\\s+(?:jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec|ene|abr|ago|dic)[a-zé]*\\.?$"_s,
+        QRegularExpression::CaseInsensitiveOption);
     QString title = line;
     static const QRegularExpression datesFirst(
         u"^(?:[0-9]{1,2}[/.-])?(?:19|20)\\d{2}[-–/ ]*(?:(?:19|20)\\d{2})?\\s+"_s);
-    title.remove(datesFirst).remove(rest);
+    title.remove(datesFirst).remove(rest).remove(monthLast);
     while (!title.isEmpty() && (title.back() == u'.' || title.back() == u'-' || title.back() == u'/')) {
         title.chop(1);
     }
@@ -138,13 +141,15 @@ QString labelledTitle(const CvText& cv) {
             continue;
         }
         const QString rest = lines[i].text.mid(match.capturedEnd());
-        const bool clearLabel = rest.isEmpty() || match.captured().contains(u':');
+        const bool clearLabel =
+            rest.isEmpty() || match.captured().contains(u':') || match.captured() == match.captured().toUpper();
         const QString value = rest.isEmpty() && i + 1 < lines.size() ? lines[i + 1].text : rest;
         const FoldedText words(value);
         const bool known = professionAmong(words.words(), Place::Title).has_value();
         const bool titleLike =
-            clearLabel && words.words().size() <= 6 && std::ranges::none_of(value, [](QChar c) { return c.isDigit(); });
-        if (!value.isEmpty() && value.size() <= longestTitle && (known || titleLike)) {
+            clearLabel && words.words().size() <= 4 && std::ranges::none_of(value, [](QChar c) { return c.isDigit(); });
+        if (!value.isEmpty() && vocabulary().headings.exact(words.words()) < 0 && value.size() <= longestTitle &&
+            (known || titleLike)) {
             return asTitle(titlePart(value));
         }
     }

@@ -13,17 +13,22 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool isWritten(const CvText& cv, const PhraseMatch& match) {
+bool isWrittenAsName(const CvText& cv, const PhraseMatch& match) {
     // "express" is a verb and "Go" a verb, "Express" and "Go" are names.
     return !cv.text().originalOf(cv.text().words()[match.firstWord]).front().isLower();
 }
 
-// Lines that hold a match which can mean nothing else.
-QSet<const CvLine*> certainLines(const CvText& cv, const std::vector<PhraseMatch>& matches) {
+// Lines where words with other meanings are meant as skills: they hold a match that can mean nothing else, or several
+// that look like names side by side ("Office 97 Excel Access").
+QSet<const CvLine*> certainLines(const CvText& cv, const std::vector<PhraseMatch>& matches, bool names) {
+    constexpr int sideBySide = 3;
     QSet<const CvLine*> lines;
+    QHash<const CvLine*, int> written;
     for (const PhraseMatch& match : matches) {
-        if (!match.ambiguous) {
-            lines.insert(&cv.lineOf(match.firstWord));
+        const CvLine* line = &cv.lineOf(match.firstWord);
+        written[line] += names && isWrittenAsName(cv, match) ? 1 : 0;
+        if (!match.ambiguous || written[line] >= sideBySide) {
+            lines.insert(line);
         }
     }
     return lines;
@@ -42,15 +47,15 @@ QStringList named(const std::vector<Term>& terms, const std::vector<int>& ids) {
 }
 
 // `own` is the section that lists skills of this kind and no others.
-QStringList skillsIn(const CvText& cv, const TermList& list, Section own, bool ambiguousNeedCapital) {
+QStringList skillsIn(const CvText& cv, const TermList& list, Section own, bool ambiguousAreNames) {
     const std::vector<PhraseMatch> matches = list.phrases.find(cv.text().words());
-    const QSet<const CvLine*> certain = certainLines(cv, matches);
+    const QSet<const CvLine*> certain = certainLines(cv, matches, ambiguousAreNames);
     std::vector<int> ids;
     for (const PhraseMatch& match : matches) {
         const CvLine& line = cv.lineOf(match.firstWord);
         if (match.ambiguous) {
             const bool amongSkills = line.section == own || line.section == Section::Skills || certain.contains(&line);
-            if (!amongSkills || (ambiguousNeedCapital && !isWritten(cv, match))) {
+            if (!amongSkills || (ambiguousAreNames && !isWrittenAsName(cv, match))) {
                 continue;
             }
         }

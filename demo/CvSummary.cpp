@@ -5,6 +5,9 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <initializer_list>
+#include <limits>
+#include <span>
 
 namespace dorvantel {
 
@@ -12,6 +15,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr std::size_t everyLine = std::numeric_limits<std::size_t>::max();
+constexpr std::size_t nearTheName = 40;   // lines
 constexpr qsizetype longestSummary = 480; // characters
 constexpr qsizetype shortestProse = 60;   // characters that tell running text from a label
 
@@ -31,24 +36,36 @@ bool isAddressOrNumber(const CvLine& line) {
            line.text.contains(".com/"_L1) || digits * 3 > line.text.size();
 }
 
-// Consecutive lines of the section, joined; the first run that is long enough to be prose.
-QString proseOf(const CvText& cv, auto belongs) {
+bool isProse(const QString& text) {
+    const bool holdsDigit = std::ranges::any_of(text, [](QChar c) { return c.isDigit(); });
+    return text.size() >= shortestProse && (text.contains(u'.') || !holdsDigit);
+}
+
+// Goes on where a line did: in lower case, or with the last words of its sentence.
+bool continues(const QString& prose, const CvLine& line) {
+    return line.text.front().isLower() || (line.text.endsWith(u'.') && line.wordCount <= 6) ||
+           (!prose.endsWith(u'.') && line.wordCount <= 2);
+}
+
+// Consecutive lines of the wanted sections, joined: the first run that is long enough to be prose. It starts with a
+// line that `starts` it.
+QString proseOf(const CvText& cv, std::initializer_list<Section> sections, std::size_t lines, auto starts) {
     QString prose;
-    const std::vector<CvLine>& lines = cv.lines();
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        const CvLine& line = lines[i];
-        const bool lastWords = line.text.endsWith(u'.') && line.wordCount <= 4 && !prose.endsWith(u'.');
-        const bool continues = !prose.isEmpty() && (line.text.front().isLower() || lastWords);
-        if (!line.heading && belongs(line) && !isAddressOrNumber(line) && (holdsSmallWords(cv, line) || continues)) {
+    for (const CvLine& line : std::span(cv.lines()).first(std::min(lines, cv.lines().size()))) {
+        const bool belongs = !line.heading && std::ranges::find(sections, line.section) != sections.end() &&
+                             !isAddressOrNumber(line) && line.text != line.text.toUpper();
+        const bool taken = prose.isEmpty() ? holdsSmallWords(cv, line) && starts(line)
+                                           : holdsSmallWords(cv, line) || continues(prose, line);
+        if (belongs && taken) {
             prose += (prose.isEmpty() ? QString() : u" "_s) + line.text;
             continue;
         }
-        if (prose.size() >= shortestProse) {
+        if (isProse(prose)) {
             break;
         }
         prose.clear();
     }
-    return prose.size() >= shortestProse ? prose : QString();
+    return isProse(prose) ? prose : QString();
 }
 
 // Whole sentences up to the limit; a single sentence longer than that is cut at a word.
@@ -74,23 +91,17 @@ QString firstSentences(const QString& text) {
 } // namespace
 
 QString summaryIn(const CvText& cv) {
-    const auto inProfile = [](const CvLine& line) { return line.section == Section::Profile; };
-    // A few lines under the name; the sentences of a later section tell of a job, not of the person.
-    const auto underName = [](const CvLine& line) {
-        return (line.section == Section::None || line.section == Section::Contact) && !line.text.contains(u':') &&
-               line.text.size() >= shortestProse / 2;
-    };
-    // Where columns run into each other, a profile may turn up under the heading of the other column.
-    const auto besideLists = [](const CvLine& line) {
-        return line.section != Section::Experience && line.section != Section::Education &&
-               line.section != Section::Other && line.text.size() >= shortestProse * 2 / 3;
-    };
-    QString prose = proseOf(cv, inProfile);
+    QString prose = proseOf(cv, {Section::Profile}, everyLine, [](const CvLine&) { return true; });
     if (prose.isEmpty()) {
-        prose = proseOf(cv, underName);
+        // A few lines under the name; the sentences of a later section tell of a job, not of the person.
+        prose = proseOf(cv, {Section::None, Section::Contact}, nearTheName, [](const CvLine& line) {
+            return !line.text.contains(u':') && line.text.size() >= shortestProse / 2;
+        });
     }
     if (prose.isEmpty()) {
-        prose = proseOf(cv, besideLists);
+        // Where columns run into each other, a profile may turn up under the heading of the other column.
+        prose = proseOf(cv, {Section::Technical, Section::Skills, Section::Soft}, nearTheName,
+                        [](const CvLine& line) { return line.text.size() >= shortestProse * 2 / 3; });
         prose = prose.size() < 2 * shortestProse ? QString() : prose;
     }
     return prose.isEmpty() ? QString() : firstSentences(prose);

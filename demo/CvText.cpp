@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "demo/CvText.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <array>
 #include <ranges>
@@ -47,6 +49,35 @@ std::vector<Piece> piecesOf(const QString& text, qsizetype begin, qsizetype end)
     return someSingleBlank ? pieces : std::vector<Piece>{{begin, end}};
 }
 
+// Whether the full stop at `at` ends a sentence rather than an abbreviation ("Prof. Ruiz", "Claud D. Park").
+bool endsSentence(const QString& text, qsizetype at, qsizetype end) {
+    static const QSet<QString> abbreviations = {u"prof"_s, u"avda"_s, u"mtro"_s, u"mtra"_s, u"srta"_s,
+                                                u"dipl"_s, u"dept"_s, u"univ"_s, u"sept"_s};
+    if (text[at] != u'.' || at + 2 >= end || text[at + 1] != u' ' || !text[at + 2].isUpper()) {
+        return false;
+    }
+    qsizetype begin = at;
+    while (begin > 0 && text[begin - 1].isLetterOrNumber()) {
+        --begin;
+    }
+    const QString word = text.mid(begin, at - begin).toLower();
+    return word.size() >= 4 && !abbreviations.contains(word);
+}
+
+// PDF readers run a line into the next where a sentence ends with it, headings and all.
+std::vector<Piece> sentencesOf(const QString& text, const Piece& piece) {
+    std::vector<Piece> sentences;
+    qsizetype begin = piece.begin;
+    for (qsizetype i = piece.begin; i < piece.end; ++i) {
+        if (endsSentence(text, i, piece.end)) {
+            sentences.push_back({begin, i + 1});
+            begin = i + 2;
+        }
+    }
+    sentences.push_back({begin, piece.end});
+    return sentences;
+}
+
 } // namespace
 
 CvText::CvText(const QString& text)
@@ -58,7 +89,9 @@ CvText::CvText(const QString& text)
         const qsizetype feed = all.indexOf(u'\n', lineBegin);
         const qsizetype lineEnd = feed < 0 ? all.size() : feed;
         for (const Piece& piece : piecesOf(all, lineBegin, lineEnd)) {
-            addLine(piece.begin, piece.end, nextWord);
+            for (const Piece& sentence : sentencesOf(all, piece)) {
+                addLine(sentence.begin, sentence.end, nextWord);
+            }
         }
         lineBegin = lineEnd + 1;
     }
@@ -67,14 +100,39 @@ CvText::CvText(const QString& text)
 
 void CvText::addLine(qsizetype begin, qsizetype end, std::size_t& nextWord) {
     const std::vector<Word>& words = m_text.words();
-    const std::size_t first = nextWord;
+    std::size_t first = nextWord;
     while (nextWord < words.size() && words[nextWord].begin < end) {
         ++nextWord;
     }
+    // "PERSONAL INFORMATION Betty Smith": a label and what it stands beside.
+    const std::size_t label = capitalHeading(first, nextWord);
+    if (label > 0) {
+        const qsizetype labelEnd = words[first + label - 1].end;
+        m_lines.push_back({m_text.original().mid(begin, labelEnd - begin).simplified(), first, label});
+        first += label;
+        begin = labelEnd;
+    }
     if (nextWord > first) {
         const QString text = m_text.original().mid(begin, end - begin).simplified();
-        m_lines.push_back({text, first, nextWord - first, Section::None, false});
+        m_lines.push_back({text, first, nextWord - first});
     }
+}
+
+std::size_t CvText::capitalHeading(std::size_t first, std::size_t last) const {
+    const auto isCapitals = [this](const Word& word) {
+        const QStringView text = m_text.originalOf(word);
+        return text.size() > 1 && std::ranges::all_of(text, [](QChar c) { return c.isUpper(); });
+    };
+    const std::vector<Word>& words = m_text.words();
+    const std::vector<Word> start(words.begin() + static_cast<std::ptrdiff_t>(first),
+                                  words.begin() + static_cast<std::ptrdiff_t>(std::min(last, first + longestHeading)));
+    const std::size_t capitals = static_cast<std::size_t>(std::ranges::find_if_not(start, isCapitals) - start.begin());
+    if (capitals == 0 || capitals == start.size()) {
+        return 0;
+    }
+    const bool isHeading =
+        vocabulary().headings.exact({start.begin(), start.begin() + static_cast<std::ptrdiff_t>(capitals)}) >= 0;
+    return isHeading ? capitals : 0;
 }
 
 void CvText::findSections() {

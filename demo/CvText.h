@@ -36,6 +36,8 @@ public:
 
 private:
     void addLine(qsizetype begin, qsizetype end, std::size_t& nextWord);
+    /// How many words of the line that starts there are a heading in capitals before other text; 0 when it is none.
+    std::size_t capitalHeading(std::size_t first, std::size_t last) const;
     void findSections();
 
     FoldedText m_text;

@@ -74,7 +74,7 @@ void drawClassic(const SampleCv& cv, QPainter& painter, QPaintDevice& device, co
             drawEntry(column, entry, styles);
         }
         if (!section.tags.isEmpty()) {
-            column.text(section.tags.join(u"\u00a0 · "_s), styles.body);
+            column.text(section.tags.join(u"\u00a0\u00a0·  "_s), styles.body);
         }
     }
 }

@@ -23,6 +23,8 @@ QFont fontOf(const TextStyle& style) {
     font.setPointSizeF(style.size);
     font.setWeight(style.weight);
     font.setHintingPreference(QFont::PreferNoHinting);
+    // Shaping would draw brackets and dashes beside capitals and digits with glyphs that no reader maps back to text.
+    font.setStyleStrategy(QFont::PreferNoShaping);
     return font;
 }
 
