@@ -47,28 +47,27 @@ QString praise(const CvFacts& facts) {
 } // namespace
 
 QString surnameOf(const QString& name) {
-    QStringList words = name.split(u' ', Qt::SkipEmptyParts);
-    const auto isGiven = [](const QString& word) {
-        return vocabulary().firstNames.contains(foldedKey(word)) || word.size() <= 2;
-    };
+    const QStringList words = name.split(u' ', Qt::SkipEmptyParts);
     const auto isParticle = [](const QString& word) { return word.front().isLower(); };
+    const auto isGiven = [](const QString& word) {
+        return vocabulary().firstNames.contains(foldedKey(word)) || (word.size() <= 2 && word.front().isUpper());
+    };
+    const auto behindParticles = [&](qsizetype from) {
+        while (from < words.size() && isParticle(words[from])) {
+            ++from;
+        }
+        return from;
+    };
     if (words.size() < 2) {
         return words.value(0);
     }
-    // Given names: the first word, further known ones and initials while two words are left for the surnames.
+    // Given names: the first word, and further known ones ("José Luis", "María del Carmen") while a surname is left.
     qsizetype first = 1;
-    while (words.size() - first > 1 && !isParticle(words[first]) && isGiven(words[first])) {
-        ++first;
+    for (qsizetype next = behindParticles(first); next + 1 < words.size() && isGiven(words[next]);
+         next = behindParticles(first)) {
+        first = next + 1;
     }
-    // "Ana María del Carmen Ruiz": a particle before a known first name belongs to it.
-    if (words.size() - first > 2 && isParticle(words[first]) && isGiven(words[first + 1]) && first > 1) {
-        first += 2;
-    }
-    qsizetype last = first;
-    while (last + 1 < words.size() && isParticle(words[last])) {
-        ++last;
-    }
-    return words.mid(first, last - first + 1).join(u' ');
+    return words.mid(first, behindParticles(first) - first + 1).join(u' ');
 }
 
 QString extractionAnswer(const CvFacts& facts) {

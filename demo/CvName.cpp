@@ -76,15 +76,23 @@ int wordsInAddress(const QStringList& words, const QString& local) {
         words, [&](const QString& word) { return word.size() >= 3 && local.contains(foldedKey(word)); }));
 }
 
-bool holdsOtherVocabulary(const QString& text) {
-    const FoldedText folded(text);
+// How much a line loses for words that mean something else: much for a trade or a skill, less for words that may be
+// surnames as well ("Valencia", "Piloto").
+double otherMeaning(const QString& text) {
+    constexpr double certain = 12;
+    constexpr double possible = 5;
+    const FoldedText words(text);
     const Vocabulary& all = vocabulary();
-    for (const TermList* list : {&all.professions, &all.technical, &all.soft, &all.languages}) {
-        if (!list->phrases.find(folded.words()).empty()) {
-            return true;
+    if (all.headings.exact(words.words()) >= 0) {
+        return certain;
+    }
+    double loss = all.languages.phrases.find(words.words()).empty() ? 0 : possible;
+    for (const TermList* list : {&all.professions, &all.technical, &all.soft}) {
+        for (const PhraseMatch& match : list->phrases.find(words.words())) {
+            loss = std::max(loss, match.ambiguous ? possible : certain);
         }
     }
-    return all.headings.exact(folded.words()) >= 0;
+    return loss;
 }
 
 bool couldBeName(const QStringList& words) {
@@ -119,9 +127,8 @@ double score(const Candidate& candidate, const QString& local, bool labelled) {
     points += labelled ? 12 : 0;
     points += candidate.lines > 1 ? -1 : 0;
     const QString joined = candidate.words.join(u' ');
-    if (holdsOtherVocabulary(joined)) {
-        points -= isFirstName(candidate.words.first()) && wordsInAddress(candidate.words, local) > 0 ? 2 : 12;
-    }
+    const bool likely = known && wordsInAddress(candidate.words, local) > 0;
+    points -= likely ? std::min(2.0, otherMeaning(joined)) : otherMeaning(joined);
     return points;
 }
 
@@ -169,7 +176,7 @@ QString nameFromAddress(const QString& email) {
 
 QString emailIn(const QString& cvText) {
     static const QRegularExpression pattern(
-        u"[A-Za-z0-9._%+\\-]+@[A-Za-z0-9\\-]+(?:\\.[A-Za-z0-9\\-]+)*\\.[A-Za-z]{2,24}"_s);
+        u"(?<![A-Za-z0-9._%+\\-])[A-Za-z0-9._%+\\-]{1,64}@[A-Za-z0-9\\-]+(?:\\.[A-Za-z0-9\\-]+)*\\.[A-Za-z]{2,24}"_s);
     QString address = pattern.match(cvText).captured().toLower();
     while (address.startsWith(u'.') || address.startsWith(u'-')) {
         address.remove(0, 1);

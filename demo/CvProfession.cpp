@@ -96,11 +96,13 @@ QString titleBesideName(const CvText& cv, const FoundName& name) {
     const std::vector<CvLine>& lines = cv.lines();
     const auto end = static_cast<std::ptrdiff_t>(name.firstLine + name.lines);
     const auto begin = static_cast<std::ptrdiff_t>(name.firstLine);
+    bool sectionBegan = false;
     for (const std::ptrdiff_t i : {end, end + 1, end + 2, begin - 1, begin - 2}) {
-        if (i < 0 || i >= static_cast<std::ptrdiff_t>(lines.size())) {
+        if (i < 0 || i >= static_cast<std::ptrdiff_t>(lines.size()) || (i >= end && sectionBegan)) {
             continue;
         }
         const CvLine& line = lines[static_cast<std::size_t>(i)];
+        sectionBegan = sectionBegan || (line.heading && line.section != Section::Contact);
         if (isTitleLine(line) && professionAmong(cv.wordsOf(line), Place::Title)) {
             return asTitle(titlePart(line.text));
         }

@@ -22,11 +22,8 @@ constexpr qsizetype shortestProse = 60;   // characters that tell running text f
 
 // Running text uses small words; a list of nouns does not.
 bool holdsSmallWords(const CvText& cv, const CvLine& line) {
-    const auto& stopWords = vocabulary().stopWords;
-    const auto small = std::ranges::count_if(cv.wordsOf(line), [&](const Word& word) {
-        const QString key = QString::fromUtf16(word.folded.data(), static_cast<qsizetype>(word.folded.size()));
-        return std::ranges::any_of(stopWords, [&](const QSet<QString>& words) { return words.contains(key); });
-    });
+    const auto small = std::ranges::count_if(
+        cv.wordsOf(line), [](const Word& word) { return (stopWordBits(word.folded) & StopWord::AnyLanguage) != 0; });
     return small >= 2 || (small >= 1 && line.wordCount <= 6);
 }
 

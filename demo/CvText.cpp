@@ -177,6 +177,7 @@ const CvLine& CvText::lineOf(std::size_t word) const {
 QString languageOf(const FoldedText& text) {
     constexpr std::size_t fewestWords = 80;
     constexpr double smallestShare = 0.08;
+    // In the order of the bits of `StopWord`.
     static const std::array<QString, 6> codes = {u"es"_s, u"en"_s, u"fr"_s, u"de"_s, u"it"_s, u"pt"_s};
     const std::vector<Word>& words = text.words();
     if (words.size() < fewestWords) {
@@ -184,9 +185,9 @@ QString languageOf(const FoldedText& text) {
     }
     std::array<std::size_t, codes.size()> hits{};
     for (const Word& word : words) {
-        const QString key = QString::fromUtf16(word.folded.data(), static_cast<qsizetype>(word.folded.size()));
+        const unsigned bits = stopWordBits(word.folded);
         for (std::size_t i = 0; i < codes.size(); ++i) {
-            hits[i] += vocabulary().stopWords[codes[i]].contains(key) ? 1 : 0;
+            hits[i] += (bits >> i) & 1U;
         }
     }
     const auto best = std::max_element(hits.begin(), hits.end());

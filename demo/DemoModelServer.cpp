@@ -76,7 +76,10 @@ public:
     explicit Running(Script& script)
         : m_script(script) {
         m_server.new_task_queue = [] { return new httplib::ThreadPool(workerThreads); };
-        m_server.set_socket_options(allowOnlyOneServerPerPort);
+        m_server.set_socket_options([this](socket_t socket) {
+            allowOnlyOneServerPerPort(socket);
+            m_listener = socket;
+        });
         m_server.set_keep_alive_max_count(1); // an idle connection would hold up the end
         m_server.set_keep_alive_timeout(2);
         m_server.set_payload_max_length(longestBody);
@@ -89,7 +92,12 @@ public:
 
     // The port, or -1.
     int bind(const std::string& host, int port) {
-        return port == 0 ? m_server.bind_to_any_port(host) : (m_server.bind_to_port(host, port) ? port : -1);
+        const int bound = port == 0 ? m_server.bind_to_any_port(host) : (m_server.bind_to_port(host, port) ? port : -1);
+        if (bound > 0) {
+            // The library lets five clients wait; a sixth would try again after a second.
+            ::listen(m_listener, SOMAXCONN);
+        }
+        return bound;
     }
 
     void listen() {
@@ -189,6 +197,7 @@ private:
 
     Script& m_script;
     httplib::Server m_server;
+    socket_t m_listener = INVALID_SOCKET;
     std::thread m_thread;
     std::mutex m_mutex;
     std::condition_variable m_stopped;

@@ -27,9 +27,7 @@ constexpr std::size_t pieceLength = 4;
 using Counts = std::map<std::u16string, int>; // ordered: sums come out the same everywhere
 
 bool isSmallWord(std::u16string_view word) {
-    const QString key = QString::fromUtf16(word.data(), static_cast<qsizetype>(word.size()));
-    const auto& lists = vocabulary().stopWords;
-    return lists[u"es"_s].contains(key) || lists[u"en"_s].contains(key) || lists[u"request"_s].contains(key);
+    return (stopWordBits(word) & (StopWord::Spanish | StopWord::English | StopWord::Request)) != 0;
 }
 
 // Without the endings of number and gender: "contables" and "contable" meet, "abogada" and "abogado".

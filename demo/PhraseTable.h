@@ -10,6 +10,15 @@
 
 namespace dorvantel {
 
+struct FoldedHash {
+    using is_transparent = void;
+    std::size_t operator()(std::u16string_view text) const { return std::hash<std::u16string_view>{}(text); }
+};
+
+/// Keyed by folded text, asked with the views that words hold.
+template <typename Value>
+using FoldedMap = std::unordered_map<std::u16string, Value, FoldedHash, std::equal_to<>>;
+
 /// Where a phrase of a `PhraseTable` stands in a text.
 struct PhraseMatch {
     int id = 0;                ///< what `PhraseTable::add` was given
@@ -32,19 +41,13 @@ public:
     /// The id of the phrase that is all of `words`, or -1.
     int exact(const std::vector<Word>& words) const;
 
-    std::size_t size() const { return m_phrases.size(); }
-
 private:
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::u16string_view text) const { return std::hash<std::u16string_view>{}(text); }
-    };
     struct Phrase {
         int id;
         bool ambiguous;
     };
-    std::unordered_map<std::u16string, Phrase, Hash, std::equal_to<>> m_phrases; ///< folded words, one blank between
-    std::unordered_map<std::u16string, std::size_t, Hash, std::equal_to<>> m_longest; ///< first word -> most words
+    FoldedMap<Phrase> m_phrases;      ///< folded words, one blank between
+    FoldedMap<std::size_t> m_longest; ///< first word -> most words
 };
 
 } // namespace dorvantel

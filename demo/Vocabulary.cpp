@@ -147,13 +147,17 @@ void readNotNames(QSet<QString>& out) {
     }
 }
 
-void readStopWords(QHash<QString, QSet<QString>>& out) {
+void readStopWords(FoldedMap<unsigned>& out) {
+    static const QHash<QString, unsigned> bits = {{u"es"_s, StopWord::Spanish},     {u"en"_s, StopWord::English},
+                                                  {u"fr"_s, StopWord::French},      {u"de"_s, StopWord::German},
+                                                  {u"it"_s, StopWord::Italian},     {u"pt"_s, StopWord::Portuguese},
+                                                  {u"request"_s, StopWord::Request}};
     const QStringList lines = linesOf(u"stop-words.txt"_s);
     for (const QString& line : lines) {
         const qsizetype colon = line.indexOf(u": "_s);
         const QStringList words = line.mid(colon + 2).split(u' ');
         for (const QString& word : words) {
-            out[line.left(colon)].insert(foldedKey(word));
+            out[foldedText(word)] |= bits.value(line.left(colon));
         }
     }
 }
@@ -179,6 +183,11 @@ Vocabulary readVocabulary() {
 const Vocabulary& vocabulary() {
     static const Vocabulary words = readVocabulary();
     return words;
+}
+
+unsigned stopWordBits(std::u16string_view word) {
+    const auto found = vocabulary().stopWords.find(word);
+    return found == vocabulary().stopWords.end() ? 0 : found->second;
 }
 
 QString foldedKey(QStringView text) {
