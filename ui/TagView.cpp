@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QtMath>
 
 #include <algorithm>
 
@@ -41,8 +42,9 @@ public:
     }
 
     QSize sizeHint() const override {
-        const QFontMetrics metrics(font());
-        return {metrics.horizontalAdvance(m_title) + 2 * innerPadding, metrics.height() + 2 * innerRise};
+        // Rounded up: a text that is wider than its room by a fraction is elided.
+        const int textWidth = qCeil(QFontMetricsF(font()).horizontalAdvance(m_title));
+        return {textWidth + 2 * innerPadding, QFontMetrics(font()).height() + 2 * innerRise};
     }
 
 protected:
@@ -91,7 +93,8 @@ TagView::TagView(const QList<TagViewItem>& tags, QWidget* parent)
     if (!m_chips.isEmpty()) {
         m_chips[0]->setFocusPolicy(Qt::StrongFocus);
     }
-    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    // Not Fixed: a layout would take the hint, which is for one line, as the greatest height.
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
 }
