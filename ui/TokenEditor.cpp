@@ -161,22 +161,22 @@ void TokenEditor::tokensChanged() {
 }
 
 void TokenEditor::onTextEdited(const QString& text) {
-    if (endsTokens(text)) {
-        const qsizetype rest = lastTokenEnd(text) + 1;
-        const QString unfinished = text.mid(rest);
-        propose(tokenTexts(text.left(rest)), unfinished);
-        offerCompletions();
-        return;
+    const qsizetype rest = lastTokenEnd(text) + 1;
+    if (rest > 0) {
+        const int caret = m_input->cursorPosition() - static_cast<int>(rest);
+        propose(tokenTexts(text.left(rest)), text.mid(rest));
+        m_input->setCursorPosition(std::max(caret, 0));
+    } else {
+        relayout();
+        reveal(m_input);
+        m_delegate.textDidChange(objectValue());
+        Q_EMIT edited();
     }
-    relayout();
-    reveal(m_input);
-    if (text.trimmed().isEmpty()) {
+    if (m_input->text().trimmed().isEmpty()) {
         m_completion->hide();
     } else {
         offerCompletions();
     }
-    m_delegate.textDidChange(objectValue());
-    Q_EMIT edited();
 }
 
 void TokenEditor::offerCompletions() {

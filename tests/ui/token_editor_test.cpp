@@ -34,6 +34,7 @@ TEST_F(Editor, ACommaInTheMiddleOfTheTextLeavesTheRestToBeTyped) {
     type(u","_s);
     EXPECT_THAT(tokens(), ElementsAre(u"Java"_s));
     EXPECT_EQ(editor->text(), u"Go"_s);
+    EXPECT_EQ(input()->cursorPosition(), 0);
 }
 
 TEST_F(Editor, TabMakesTheTextATokenAndGoesOn) {
@@ -91,7 +92,7 @@ TEST_F(Editor, TheDelegateIsAskedFirstAndToldAfterwards) {
     hold({u"Go"_s});
     typeToken(u"J"_s);
     elsewhere->setFocus();
-    EXPECT_THAT(delegate.calls, ElementsAre(u"completions J"_s, u"textDidChange [Go]"_s, u"shouldAdd J at 1"_s,
+    EXPECT_THAT(delegate.calls, ElementsAre(u"textDidChange [Go]"_s, u"completions J"_s, u"shouldAdd J at 1"_s,
                                             u"textDidChange [Go|J]"_s, u"textDidEndEditing [Go|J]"_s));
 }
 
@@ -233,6 +234,24 @@ TEST_F(Editor, EscapeClosesTheCompletionsAndOnlyThenTheWindow) {
     EXPECT_TRUE(window.isVisible());
     press(Qt::Key_Escape);
     EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(Editor, ATokenThatEndedTakesItsCompletionsWithIt) {
+    delegate.catalogue = {u"Java"_s, u"JavaScript"_s};
+    type(u"java,"_s);
+    EXPECT_EQ(popup(), nullptr);
+    type(u"ja"_s);
+    elsewhere->setFocus();
+    EXPECT_EQ(popup(), nullptr);
+}
+
+TEST_F(Editor, TypingOnForgetsWhatWasHighlighted) {
+    delegate.catalogue = {u"Java"_s, u"JavaScript"_s};
+    type(u"ja"_s);
+    press(Qt::Key_Down);
+    type(u"v"_s);
+    press(Qt::Key_Return);
+    EXPECT_THAT(tokens(), ElementsAre(u"jav"_s));
 }
 
 TEST_F(Editor, DownAsksForCompletionsWithoutText) {
