@@ -273,7 +273,6 @@ int ControlStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
         return spacing::standard;
     case PM_LayoutHorizontalSpacing:
     case PM_LayoutVerticalSpacing:
-        return spacing::small;
     case PM_FocusFrameHMargin:
         return spacing::small;
     default:

@@ -8,6 +8,8 @@
 #include <QFontDatabase>
 #include <QWidget>
 
+#include <memory>
+
 namespace dorvantel {
 
 using namespace Qt::StringLiterals;
@@ -138,9 +140,9 @@ QPalette darkPalette() {
                       .tipText = colours::text});
 }
 
-void applyApplicationLook(QApplication& application) {
+void applyApplicationLook(QApplication&) {
     const bool dark = isDark(QApplication::palette());
-    application.setStyle(new ControlStyle);
+    QApplication::setStyle(std::make_unique<ControlStyle>().release());
     QApplication::setPalette(dark ? darkPalette() : lightPalette());
 
     QFont font = QApplication::font();

@@ -49,9 +49,9 @@ QImage tinted(QSvgRenderer& drawing, QSize size, const QColor& colour) {
 
 class SymbolIconEngine final : public QIconEngine {
 public:
-    SymbolIconEngine(QString path, QColor colour)
+    SymbolIconEngine(QString path, const QColor& colour)
         : m_path(std::move(path))
-        , m_colour(std::move(colour)) {}
+        , m_colour(colour) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
         const qreal scale = painter->device()->devicePixelRatio();
