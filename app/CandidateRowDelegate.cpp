@@ -85,6 +85,7 @@ void CandidateRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
         break;
     case Kind::Candidate: {
         painter->setFont(emojiFont(figurePoints));
+        painter->setPen(colours.primary);
         painter->drawText(QRect(content.left(), content.top(), figureWidth, content.height()), Qt::AlignCenter,
                           candidateFigure(index.data(CandidateListModel::GenderRole).toString()));
         const QRect texts = content.adjusted(figureWidth + spacing::small, 0, 0, 0);

@@ -33,7 +33,8 @@ DropOverlay::DropOverlay(QWidget* parent)
     heavy.setWeight(QFont::Black);
     text->setFont(heavy);
     text->setStyleSheet(u"color: white"_s);
-    text->setFixedWidth(250);
+    constexpr int textWidth = 250;
+    text->setFixedSize(textWidth, text->heightForWidth(textWidth));
     auto* column = new QVBoxLayout(this);
     column->setSpacing(8);
     column->addStretch();

@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "app/Application.h"
+#include "app/ContentView.h"
+#include "modelserver/AppSettings.h"
+#include "modelserver/OllamaService.h"
+#include "platform/HttpSession.h"
+#include "platform/ProcessPDFOpener.h"
+#include "records/APIRequest.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFileInfo>
+
+#include <cstdio>
+
+using namespace dorvantel;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int usageError = 2;
+
+/// The CV named on the command line, if any. Ends the program when it cannot be read, before any window opens.
+QString cvFromCommandLine(const QCoreApplication& application) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(u"Convierte currículums en PDF en candidatos que se pueden buscar."_s);
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(u"FILE.pdf"_s, u"Currículum que se abre al empezar."_s, u"[FILE.pdf]"_s);
+    parser.process(application);
+
+    const QString path = parser.positionalArguments().value(0);
+    const QFileInfo info(path);
+    if (!path.isEmpty() && !(info.isFile() && info.isReadable())) {
+        std::fprintf(stderr, "dorvantel: no se puede leer %s\n", qUtf8Printable(path));
+        std::exit(usageError);
+    }
+    return path;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationVersion(QStringLiteral(DORVANTEL_VERSION));
+    prepareApplication(application);
+    const QString cv = cvFromCommandLine(application);
+
+    NetworkHttpSession http;
+    APIRequest records(http, QStringLiteral(DORVANTEL_RECORDS_BASE_URL));
+    OllamaService models(http, AppSettings::shared());
+    ProcessPDFOpener pdfs(findPDFReader(QCoreApplication::applicationDirPath()));
+    ContentView window({records, models, pdfs});
+    window.resize(1100, 720);
+    window.show();
+    if (!cv.isEmpty()) {
+        window.openCV(cv);
+    }
+    return QApplication::exec();
+}

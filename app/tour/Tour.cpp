@@ -1,0 +1,232 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "app/tour/Tour.h"
+
+#include "modelserver/AppSettings.h"
+#include "ui/SegmentedControl.h"
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QListView>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPainter>
+#include <QPushButton>
+#include <QTest>
+
+#include <algorithm>
+#include <cstdio>
+#include <stdexcept>
+
+namespace dorvantel {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int stepLimitMs = 60'000;
+
+[[noreturn]] void fail(const QString& step) {
+    throw std::runtime_error(step.toStdString());
+}
+
+std::unique_ptr<QMimeData> mimeData(const QString& cv) {
+    auto data = std::make_unique<QMimeData>();
+    data->setUrls({QUrl::fromLocalFile(cv)});
+    return data;
+}
+
+/// `QTest::keyClicks` knows no letters beyond ASCII.
+void typeText(QWidget& widget, const QString& text) {
+    for (const QChar letter : text) {
+        QKeyEvent event(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
+        QApplication::sendEvent(&widget, &event);
+    }
+}
+
+/// The dialogs over `window`, those below first.
+QList<QDialog*> dialogsOver(const QWidget& window) {
+    QList<QDialog*> dialogs;
+    for (auto* dialog : window.findChildren<QDialog*>()) {
+        if (dialog->isVisible()) {
+            dialogs.append(dialog);
+        }
+    }
+    return dialogs;
+}
+
+} // namespace
+
+Tour::Tour(const QDir& out)
+    : m_out(out)
+    , m_pdfs(findPDFReader(QCoreApplication::applicationDirPath())) {
+    AppSettings& settings = AppSettings::shared();
+    settings.setOllamaURL(m_companions.modelServerUrl());
+    settings.setSelectedLLMModel(u"demo-texto:latest"_s);
+    settings.setSelectedEmbeddingModel(u"demo-vectores:latest"_s);
+    m_companions.fillStore();
+    m_records = std::make_unique<APIRequest>(m_http, m_companions.recordsUrl());
+    m_models = std::make_unique<OllamaService>(m_http, settings);
+    openWindow();
+}
+
+void Tour::openWindow() {
+    m_window = std::make_unique<ContentView>(ContentView::Services{*m_records, *m_models, m_pdfs});
+    m_window->resize(1100, 720);
+    m_window->show();
+    waitUntil(u"the candidates are listed"_s, [this] { return !m_window->model().dbRecords().empty(); });
+}
+
+void Tour::takeMainJob(const QString& cv) {
+    picture(u"inicio"_s);
+    drag(cv);
+    picture(u"arrastrar"_s);
+    drop(cv);
+    picture(u"progreso"_s);
+    waitForData();
+    picture(u"datos-extraidos"_s);
+    showPage(1);
+    picture(u"datos-generados"_s);
+    showPage(0);
+
+    auto& name = dynamic_cast<QLineEdit&>(find(u"name"_s));
+    name.selectAll();
+    typeText(name, u"  maría josé lópez DEL VALLE"_s);
+    picture(u"nombre-corregido"_s);
+    const std::size_t before = m_window->model().dbRecords().size();
+    press(u"ok"_s);
+    waitUntil(u"the candidate is listed"_s, [&] { return m_window->model().dbRecords().size() == before + 1; });
+    const QString email = m_window->model().dbRecords().back()->email;
+    picture(u"guardado"_s);
+
+    // The answer of the store comes after the list has the candidate.
+    openWindow();
+    waitUntil(u"the candidate is there after a restart"_s, [&] {
+        if (std::ranges::any_of(m_window->model().dbRecords(), [&](const auto& r) { return r->email == email; })) {
+            return true;
+        }
+        openWindow();
+        return false;
+    });
+    clickCandidate(u"María José López Del Valle"_s);
+    picture(u"tras-reiniciar"_s);
+    QTest::keyClick(m_window->findChild<QListView*>(u"candidateList"_s), Qt::Key_Delete);
+    waitUntil(u"the question before deleting"_s, [this] { return m_window->findChild<QMessageBox*>() != nullptr; });
+    picture(u"borrar"_s);
+    answerDeleteAlert();
+    waitUntil(u"the candidate is gone"_s, [&] { return m_window->model().dbRecords().size() == before; });
+    picture(u"borrado"_s);
+}
+
+void Tour::takeThrough(const QString& cv) {
+    const QString name = QFileInfo(cv).completeBaseName();
+    drag(cv);
+    drop(cv);
+    waitForData();
+    picture(name + u"-extraidos"_s);
+    showPage(1);
+    picture(name + u"-generados"_s);
+    press(u"ok"_s);
+    if (m_window->intake().sheetIsShowing()) {
+        press(u"cancel"_s);
+    }
+    waitUntil(u"the sheet is gone"_s, [this] { return !m_window->intake().sheetIsShowing(); });
+}
+
+void Tour::takeModelServerAway(const QString& cv) {
+    m_companions.stopModelServer();
+    drag(cv);
+    drop(cv);
+    waitUntil(u"the alert"_s, [this] { return m_window->intake().processingError().has_value(); });
+    picture(u"error"_s);
+    auto* alert = m_window->findChild<QMessageBox*>(u"errorAlert"_s);
+    QTest::mouseClick(alert->buttons().first(), Qt::LeftButton);
+    waitUntil(u"the alert is gone"_s, [this] { return !m_window->intake().processingError(); });
+    QTest::keyClick(&find(u"validationSheet"_s), Qt::Key_Escape);
+    waitUntil(u"the sheet is gone"_s, [this] { return !m_window->intake().sheetIsShowing(); });
+}
+
+void Tour::drag(const QString& cv) {
+    const auto data = mimeData(cv);
+    QDragEnterEvent event(m_window->rect().center(), Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(m_window.get(), &event);
+    if (!event.isAccepted()) {
+        fail(u"the window takes the drag of "_s + cv);
+    }
+    QTest::qWait(300); // the overlay fades in
+}
+
+void Tour::drop(const QString& cv) {
+    const auto data = mimeData(cv);
+    QDropEvent event(m_window->rect().center(), Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(m_window.get(), &event);
+    waitUntil(u"the sheet opens"_s, [this] { return m_window->intake().sheetIsShowing(); });
+}
+
+void Tour::waitForData() {
+    waitUntil(u"the data is extracted"_s, [this] { return m_window->intake().dataExtracted(); });
+}
+
+void Tour::showPage(int page) {
+    auto& picker = dynamic_cast<SegmentedControl&>(find(u"valuetype"_s));
+    const QList<QAbstractButton*> segments = picker.findChildren<QAbstractButton*>();
+    QTest::mouseClick(segments[page], Qt::LeftButton);
+}
+
+void Tour::press(const QString& objectName) {
+    QTest::mouseClick(&find(objectName), Qt::LeftButton);
+}
+
+void Tour::clickCandidate(const QString& name) {
+    auto& list = dynamic_cast<QListView&>(find(u"candidateList"_s));
+    const QModelIndexList found =
+        list.model()->match(list.model()->index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly);
+    if (found.isEmpty()) {
+        fail(u"the list shows "_s + name);
+    }
+    list.scrollTo(found.first());
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::NoModifier, list.visualRect(found.first()).center());
+}
+
+void Tour::answerDeleteAlert() {
+    auto* alert = m_window->findChild<QMessageBox*>(u"deleteAlert"_s);
+    QTest::mouseClick(alert->defaultButton(), Qt::LeftButton);
+}
+
+QWidget& Tour::find(const QString& objectName) const {
+    for (auto* widget : m_window->findChildren<QWidget*>(objectName)) {
+        if (widget->isVisible()) {
+            return *widget;
+        }
+    }
+    fail(u"there is no "_s + objectName);
+}
+
+void Tour::picture(const QString& name) {
+    QTest::qWait(50); // what was asked to be painted is painted
+    QPixmap pixmap = m_window->grab();
+    QPainter painter(&pixmap);
+    for (QDialog* dialog : dialogsOver(*m_window)) {
+        painter.fillRect(m_window->rect(), QColor(0, 0, 0, 60));
+        const QPixmap sheet = dialog->grab();
+        const QSizeF size = sheet.deviceIndependentSize();
+        painter.drawPixmap(QPointF((m_window->width() - size.width()) / 2, (m_window->height() - size.height()) / 2),
+                           sheet);
+    }
+    painter.end();
+    const QString path = m_out.filePath(u"%1-%2.png"_s.arg(++m_pictures, 2, 10, QLatin1Char('0')).arg(name));
+    if (!pixmap.save(path)) {
+        fail(u"the picture can be written to "_s + path);
+    }
+    std::fprintf(stderr, "%s\n", qUtf8Printable(path));
+}
+
+void Tour::waitUntil(const QString& what, const std::function<bool()>& condition) {
+    if (!QTest::qWaitFor(condition, stepLimitMs)) {
+        fail(what);
+    }
+}
+
+} // namespace dorvantel

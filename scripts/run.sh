@@ -1,0 +1,88 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Dorvantel founders
+# SPDX-License-Identifier: MIT
+# Builds Dorvantel, starts what it needs and then the program; whatever this script started ends with it.
+#   scripts/run.sh            the window, or the tour where there is no display
+#   scripts/run.sh FILE.pdf   the same, with that CV opened at once
+set -euo pipefail
+cv=()
+if [ $# -gt 0 ]; then
+    [ -f "$1" ] || { echo "run.sh: there is no file $1" >&2; exit 2; }
+    cv=("$(realpath "$1")")
+fi
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+. scripts/packages.sh
+install_missing "${program_packages[@]}"
+
+mkdir -p build
+log=build/run-build.log
+echo "Building (the log is $log)"
+if ! { cmake --preset release && cmake --build --preset release; } >"$log" 2>&1; then
+    tail -n 40 "$log" >&2
+    exit 1
+fi
+bin=$PWD/build/release/bin
+
+if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+    echo "There is no display: taking the tour instead"
+    exec "$bin/dorvantel-tour" --out build/tour ${cv:+--cv "${cv[0]}"}
+fi
+
+started=()
+temporary=$(mktemp -d)
+stop() {
+    [ ${#started[@]} -eq 0 ] || kill "${started[@]}" 2>/dev/null || true
+    wait 2>/dev/null || true
+    rm -rf "$temporary"
+}
+trap stop EXIT
+trap 'exit 130' INT TERM
+
+answers() { curl -s -o /dev/null --max-time 2 "$1"; }
+
+# start NAME URL COMMAND...: in the background, until it answers at URL.
+start() {
+    local name=$1 url=$2
+    shift 2
+    "$@" >"$temporary/$name.log" 2>&1 &
+    started+=($!)
+    for _ in $(seq 100); do
+        answers "$url" && return 0
+        kill -0 "${started[-1]}" 2>/dev/null || break
+        sleep 0.1
+    done
+    echo "$name does not start:" >&2
+    cat "$temporary/$name.log" >&2
+    exit 1
+}
+
+setting() {
+    sed -n "s/^$1=//p" "${XDG_CONFIG_HOME:-$HOME/.config}/Dorvantel/Dorvantel.conf" 2>/dev/null | tail -n 1
+}
+model_server=$(setting ollamaURL)
+model_server=${model_server:-http://localhost:11434}
+
+if answers "$model_server/api/tags"; then
+    if ! answers http://127.0.0.1:8765/; then
+        embedding_model=$(setting selectedEmbeddingModel)
+        start records http://127.0.0.1:8765/ "$bin/dorvantel-records" --model-server "$model_server" \
+            ${embedding_model:+--embedding-model "$embedding_model"}
+    fi
+    "$bin/dorvantel" "${cv[@]}"
+else
+    echo "No model server answers at $model_server: using the stand-in and the demo profile (invented candidates; your settings and records are not touched)"
+    profile=${XDG_DATA_HOME:-$HOME/.local/share}/dorvantel-demo
+    mkdir -p "$profile/config/Dorvantel"
+    if ! answers http://127.0.0.1:11435/; then
+        start model-server http://127.0.0.1:11435/ "$bin/dorvantel-demo-model" --listen 127.0.0.1:11435
+    fi
+    printf '%s\n' '[General]' ollamaURL=http://127.0.0.1:11435 selectedLLMModel=demo-texto:latest \
+        selectedEmbeddingModel=demo-vectores:latest >"$profile/config/Dorvantel/Dorvantel.conf"
+    if ! answers http://127.0.0.1:8764/; then
+        start records http://127.0.0.1:8764/ "$bin/dorvantel-records" --listen 127.0.0.1:8764 \
+            --store "$profile/records.sqlite" --model-server http://127.0.0.1:11435 \
+            --embedding-model demo-vectores:latest
+        "$bin/dorvantel-fill-samples" http://127.0.0.1:8764/curriculums
+    fi
+    XDG_CONFIG_HOME=$profile/config "$bin/dorvantel-demo" "${cv[@]}"
+fi
