@@ -34,7 +34,10 @@ void CompletionPopup::show(const QStringList& completions) {
         return;
     }
     m_model->setStringList(completions.mid(0, mostShown));
-    m_view->setPalette(m_input->parentWidget()->palette());
+    // Every colour as the field has it: a window inherits nothing, and a white page in a dark desktop has its own.
+    QPalette palette = m_input->parentWidget()->palette();
+    palette.setResolveMask(~QPalette::ResolveMask(0));
+    m_view->setPalette(palette);
     m_view->setAccessibleName(m_input->accessibleName());
     m_view->clearSelection();
     constexpr int narrowest = 180;

@@ -114,6 +114,16 @@ TEST_F(EditorView, TheFocusIsSeen) {
     EXPECT_NE(chip(0)->grab().toImage(), unselected);
 }
 
+TEST_F(EditorView, OnAWhitePageInADarkDesktopTheCompletionsAreLightToo) {
+    QApplication::setPalette(darkPalette());
+    setWhiteBackground(window);
+    delegate.catalogue = {u"Java"_s};
+    type(u"ja"_s);
+    ASSERT_NE(popup(), nullptr);
+    EXPECT_EQ(popup()->palette().color(QPalette::Base), lightPalette().color(QPalette::Base));
+    EXPECT_EQ(popup()->palette().color(QPalette::Text), lightPalette().color(QPalette::Text));
+}
+
 TEST_F(EditorView, ScreenReadersHearTheNameAndTheTokens) {
     editor->setFieldName(u"Idiomas"_s);
     hold({u"Inglés"_s, u"Alemán"_s});
