@@ -10,6 +10,8 @@
 #include "intake/ValidationSheetView.h"
 #include "platform/Log.h"
 #include "search/SearchUIView.h"
+#include "ui/Style.h"
+#include "ui/Symbols.h"
 
 #include <QAction>
 #include <QDragEnterEvent>
@@ -31,6 +33,18 @@ namespace {
 
 constexpr int sidebarMinimumWidth = 250;
 constexpr int sidebarIdealWidth = 300;
+
+/// An alert as the desktop's own would be, over `owner`. The caller adds the buttons.
+QMessageBox* makeAlert(const QString& objectName, const QString& title, const QString& message, QWidget* owner) {
+    constexpr int iconSize = 40;
+    auto* alert = new QMessageBox(QMessageBox::NoIcon, title, message, QMessageBox::NoButton, owner);
+    alert->setObjectName(objectName);
+    alert->setWindowModality(Qt::WindowModal);
+    alert->setTextFormat(Qt::PlainText); // a name is not markup
+    alert->setIconPixmap(
+        symbolIcon(u"exclamationmark.triangle.fill"_s, QColor(colours::orange)).pixmap(iconSize, iconSize));
+    return alert;
+}
 
 bool isSame(const DBRecordPointer& a, const DBRecordPointer& b) {
     return a && b ? *a == *b : a == b;
@@ -165,13 +179,9 @@ void ContentView::toggleDeleteAlert() {
         m_deleteAlert = nullptr;
         return;
     }
-    m_deleteAlert = new QMessageBox(QMessageBox::Warning, u"Borrar currículum"_s,
-                                    u"¿Está seguro de querer borrar el currículum de "_s +
-                                        m_model.selectedDBRecord()->name + u"?"_s,
-                                    QMessageBox::NoButton, this);
-    m_deleteAlert->setObjectName(u"deleteAlert"_s);
-    m_deleteAlert->setWindowModality(Qt::WindowModal);
-    m_deleteAlert->setTextFormat(Qt::PlainText); // a name is not markup
+    m_deleteAlert = makeAlert(
+        u"deleteAlert"_s, u"Borrar currículum"_s,
+        u"¿Está seguro de querer borrar el currículum de "_s + m_model.selectedDBRecord()->name + u"?"_s, this);
     QPushButton* ok = m_deleteAlert->addButton(u"OK"_s, QMessageBox::AcceptRole);
     QPushButton* cancel = m_deleteAlert->addButton(u"Cancelar"_s, QMessageBox::RejectRole);
     m_deleteAlert->setDefaultButton(ok);
@@ -257,11 +267,7 @@ void ContentView::showProcessingError() {
         return;
     }
     QWidget* owner = m_sheet ? static_cast<QWidget*>(m_sheet) : this;
-    m_errorAlert = new QMessageBox(QMessageBox::Warning, u"Error procesando currículum"_s, *m_intake.processingError(),
-                                   QMessageBox::NoButton, owner);
-    m_errorAlert->setObjectName(u"errorAlert"_s);
-    m_errorAlert->setWindowModality(Qt::WindowModal);
-    m_errorAlert->setTextFormat(Qt::PlainText);
+    m_errorAlert = makeAlert(u"errorAlert"_s, u"Error procesando currículum"_s, *m_intake.processingError(), owner);
     m_errorAlert->setEscapeButton(m_errorAlert->addButton(u"OK"_s, QMessageBox::AcceptRole));
     connect(m_errorAlert, &QMessageBox::finished, this, [this] { m_intake.setProcessingError(std::nullopt); });
     m_errorAlert->open();

@@ -112,11 +112,12 @@ void Tour::takeMainJob(const QString& cv) {
     });
     clickCandidate(u"María José López Del Valle"_s);
     picture(u"tras-reiniciar"_s);
+    const std::size_t stored = m_window->model().dbRecords().size();
     QTest::keyClick(m_window->findChild<QListView*>(u"candidateList"_s), Qt::Key_Delete);
     waitUntil(u"the question before deleting"_s, [this] { return m_window->findChild<QMessageBox*>() != nullptr; });
     picture(u"borrar"_s);
     answerDeleteAlert();
-    waitUntil(u"the candidate is gone"_s, [&] { return m_window->model().dbRecords().size() == before; });
+    waitUntil(u"the candidate is gone"_s, [&] { return m_window->model().dbRecords().size() == stored - 1; });
     picture(u"borrado"_s);
 }
 
@@ -146,6 +147,7 @@ void Tour::takeModelServerAway(const QString& cv) {
     waitUntil(u"the alert is gone"_s, [this] { return !m_window->intake().processingError(); });
     QTest::keyClick(&find(u"validationSheet"_s), Qt::Key_Escape);
     waitUntil(u"the sheet is gone"_s, [this] { return !m_window->intake().sheetIsShowing(); });
+    picture(u"tras-el-error"_s);
 }
 
 void Tour::drag(const QString& cv) {
