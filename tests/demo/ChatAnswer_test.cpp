@@ -5,6 +5,8 @@
 #include "demo/CandidateGender.h"
 #include "demo/Prompt.h"
 
+#include "tests/support/Print.h"
+
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 

@@ -7,6 +7,8 @@
 #include "demo/CvSkills.h"
 #include "demo/CvSummary.h"
 
+#include "tests/support/Print.h"
+
 #include <gmock/gmock.h>
 
 namespace dorvantel {

@@ -4,6 +4,8 @@
 
 #include "demo/DemoModel.h"
 
+#include "tests/support/Print.h"
+
 #include <gmock/gmock.h>
 #include <httplib.h>
 #include <nlohmann/json.hpp>

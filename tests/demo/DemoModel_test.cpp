@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "demo/DemoModel.h"
 
+#include "tests/support/Print.h"
+
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 

@@ -1,5 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
+#include "tests/support/Print.h"
+
 #include <gmock/gmock.h>
 #include <httplib.h>
 

@@ -4,6 +4,8 @@
 
 #include "demo/Vocabulary.h"
 
+#include "tests/support/Print.h"
+
 #include <gmock/gmock.h>
 
 #include <algorithm>

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "demo/FillSamples.h"
 
+#include "tests/support/Print.h"
+
 #include <gmock/gmock.h>
 #include <httplib.h>
 #include <nlohmann/json.hpp>

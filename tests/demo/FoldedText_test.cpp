@@ -3,6 +3,8 @@
 #include "demo/FoldedText.h"
 #include "demo/PhraseTable.h"
 
+#include "tests/support/Print.h"
+
 #include <gmock/gmock.h>
 
 namespace dorvantel {

@@ -5,6 +5,8 @@
 #include "demo/CvReader.h"
 #include "demo/SamplePdf.h"
 
+#include "tests/support/Print.h"
+
 #include <gmock/gmock.h>
 
 #include <QBuffer>

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "demo/Vocabulary.h"
 
+#include "tests/support/Print.h"
+
 #include <gmock/gmock.h>
 
 #include <QSet>
