@@ -42,7 +42,7 @@ private:
     }
 
     void receive(HttpOutcome outcome) {
-        constexpr qsizetype largestBodyReadHere = 64 * 1024;
+        constexpr qsizetype largestBodyReadHere = qsizetype(64) * 1024;
         if (outcome && outcome->body.size() > largestBodyReadHere) {
             whenFinished(QtConcurrent::run(m_read, std::move(outcome)), this,
                          [this](const Result& result) { finish(result); });
