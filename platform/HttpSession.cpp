@@ -83,6 +83,10 @@ QString description(const QNetworkReply& reply) {
     if (reply.error() == QNetworkReply::OperationCanceledError) {
         return QStringLiteral("The request timed out.");
     }
+    if (reply.error() == QNetworkReply::ContentReSendError) {
+        // The connection closed before the answer, and a body that is sent once cannot be sent again.
+        return QStringLiteral("Connection closed");
+    }
     return reply.errorString();
 }
 
