@@ -2,9 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "modelserver/WireTypes.h"
 
-#include "modelserver/JsonReader.h"
+#include "platform/JsonDecoding.h"
 
+#include <nlohmann/json.hpp>
+
+#include <charconv>
 #include <cmath>
+#include <string_view>
 
 namespace dorvantel {
 
@@ -14,60 +18,88 @@ namespace {
 
 using OrderedJson = nlohmann::ordered_json;
 
-QStringList strings(const JsonReader& reader) {
-    return reader.list(&JsonReader::string);
+/// The number that `digits` write, all of them.
+template <typename Number>
+bool parse(std::string_view digits, Number& out) {
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), out);
+    return error == std::errc() && end == digits.data() + digits.size();
 }
 
-ModelDetails modelDetails(const JsonReader& reader) {
-    return {.family = reader.optionalString("family"),
-            .format = reader.optionalString("format"),
-            .parameterSize = reader.optionalString("parameter_size")};
+JsonFailure readNumber(JsonCursor& cursor, double& out) {
+    if (JsonFailure failure = expectKind(cursor, JsonCursor::Kind::Number, "Double")) {
+        return failure;
+    }
+    if (!parse(cursor.number(), out)) {
+        return corrupted(u"The number does not fit into a Double."_s);
+    }
+    return std::nullopt;
 }
 
-OllamaModel model(const JsonReader& reader) {
-    return {.name = reader.required("name").string(),
-            .modifiedAt = reader.optionalString("modified_at"),
-            .size = reader.optional("size", &JsonReader::integer),
-            .details = reader.optional("details", modelDetails),
-            .capabilities = {}};
+/// Also a number written with a fraction of zero or an exponent, as long as it is whole and fits.
+JsonFailure readInteger(JsonCursor& cursor, qint64& out) {
+    if (JsonFailure failure = expectKind(cursor, JsonCursor::Kind::Number, "Int64")) {
+        return failure;
+    }
+    const std::string_view digits = cursor.number();
+    if (parse(digits, out)) {
+        return std::nullopt;
+    }
+    constexpr double limit = 9223372036854775808.0;
+    double value = 0;
+    const bool isWritten = digits.find_first_of(".eE") != std::string_view::npos && parse(digits, value);
+    if (!isWritten || value != std::trunc(value) || value < -limit || value >= limit) {
+        return corrupted(u"The number does not fit into an Int64."_s);
+    }
+    out = static_cast<qint64>(value);
+    return std::nullopt;
 }
 
-ModelShowDetails showDetails(const JsonReader& reader) {
-    return {.format = reader.optionalString("format"),
-            .family = reader.optionalString("family"),
-            .families = reader.optional("families", strings),
-            .parameterSize = reader.optionalString("parameter_size"),
-            .quantizationLevel = reader.optionalString("quantization_level")};
+JsonFailure readBoolean(JsonCursor& cursor, bool& out) {
+    if (JsonFailure failure = expectKind(cursor, JsonCursor::Kind::Boolean, "Bool")) {
+        return failure;
+    }
+    out = cursor.boolean();
+    return std::nullopt;
 }
 
-ModelInfo modelInfo(const JsonReader& reader) {
-    reader.object();
-    return {};
+JsonFailure readDetails(JsonCursor& cursor, ModelDetails& out) {
+    return readObject(cursor, optional("family", out.family), optional("format", out.format),
+                      optional("parameter_size", out.parameterSize));
 }
 
-OllamaShowResponse showResponse(const JsonReader& reader) {
-    return {.modelfile = reader.optionalString("modelfile"),
-            .parameters = reader.optionalString("parameters"),
-            .templateText = reader.optionalString("template"),
-            .details = reader.optional("details", showDetails),
-            .modelInfo = reader.optional("model_info", modelInfo),
-            .capabilities = reader.optional("capabilities", strings)};
+JsonFailure readModel(JsonCursor& cursor, OllamaModel& out) {
+    return readObject(cursor, required("name", out.name), optional("modified_at", out.modifiedAt),
+                      optional("size", out.size, readInteger), optional("details", out.details, readDetails));
 }
 
-OllamaChatMessage chatMessage(const JsonReader& reader) {
-    return {.role = reader.required("role").string(), .content = reader.required("content").string()};
+JsonFailure readModels(JsonCursor& cursor, QList<OllamaModel>& out) {
+    return readArray(cursor, out, readModel);
 }
 
-OllamaChatResponse chatResponse(const JsonReader& reader) {
-    return {.model = reader.required("model").string(),
-            .createdAt = reader.optionalString("created_at"),
-            .message = chatMessage(reader.required("message")),
-            .done = reader.required("done").boolean()};
+JsonFailure readShowDetails(JsonCursor& cursor, ModelShowDetails& out) {
+    return readObject(cursor, optional("format", out.format), optional("family", out.family),
+                      optional("families", out.families), optional("parameter_size", out.parameterSize),
+                      optional("quantization_level", out.quantizationLevel));
 }
 
-OllamaEmbeddingResponse embeddingResponse(const JsonReader& reader) {
-    const auto vector = [](const JsonReader& element) { return element.list(&JsonReader::number); };
-    return {.model = reader.required("model").string(), .embeddings = reader.required("embeddings").list(vector)};
+JsonFailure readModelInfo(JsonCursor& cursor, ModelInfo&) {
+    if (JsonFailure failure = expectKind(cursor, JsonCursor::Kind::Object, "Dictionary<String, Any>")) {
+        return failure;
+    }
+    cursor.skip();
+    return std::nullopt;
+}
+
+JsonFailure readChatMessage(JsonCursor& cursor, OllamaChatMessage& out) {
+    return readObject(cursor, required("role", out.role), required("content", out.content));
+}
+
+JsonFailure readVector(JsonCursor& cursor, QList<double>& out) {
+    return readArray(cursor, out, readNumber);
+}
+
+JsonFailure readVectors(JsonCursor& cursor, QList<QList<double>>& out) {
+    return readArray(cursor, out, readVector);
 }
 
 template <typename Value>
@@ -113,29 +145,39 @@ size_t qHash(const OllamaModel& value, size_t seed) {
 }
 
 Decoded<OllamaModelsResponse> decodeModelsResponse(const QByteArray& body) {
-    return decodeJson(body, [](const JsonReader& reader) {
-        return OllamaModelsResponse{.models = reader.required("models").list(model)};
+    return decodeJson<OllamaModelsResponse>(body, [](JsonCursor& cursor, OllamaModelsResponse& out) {
+        return readObject(cursor, required("models", out.models, readModels));
     });
 }
 
 Decoded<OllamaShowResponse> decodeShowResponse(const QByteArray& body) {
-    return decodeJson(body, showResponse);
+    return decodeJson<OllamaShowResponse>(body, [](JsonCursor& cursor, OllamaShowResponse& out) {
+        return readObject(cursor, optional("modelfile", out.modelfile), optional("parameters", out.parameters),
+                          optional("template", out.templateText), optional("details", out.details, readShowDetails),
+                          optional("model_info", out.modelInfo, readModelInfo),
+                          optional("capabilities", out.capabilities));
+    });
 }
 
 Decoded<OllamaChatResponse> decodeChatResponse(const QByteArray& body) {
-    return decodeJson(body, chatResponse);
+    return decodeJson<OllamaChatResponse>(body, [](JsonCursor& cursor, OllamaChatResponse& out) {
+        return readObject(cursor, required("model", out.model), optional("created_at", out.createdAt),
+                          required("message", out.message, readChatMessage), required("done", out.done, readBoolean));
+    });
 }
 
 Decoded<OllamaEmbeddingResponse> decodeEmbeddingResponse(const QByteArray& body) {
-    return decodeJson(body, embeddingResponse);
+    return decodeJson<OllamaEmbeddingResponse>(body, [](JsonCursor& cursor, OllamaEmbeddingResponse& out) {
+        return readObject(cursor, required("model", out.model), required("embeddings", out.embeddings, readVectors));
+    });
 }
 
 Decoded<ModelCapabilities> decodeModelCapabilities(const QByteArray& body) {
-    return decodeJson(body, [](const JsonReader& reader) {
-        return ModelCapabilities{.supportsTools = reader.required("supportsTools").boolean(),
-                                 .supportsVision = reader.required("supportsVision").boolean(),
-                                 .supportsThinking = reader.required("supportsThinking").boolean(),
-                                 .supportsEmbedding = reader.required("supportsEmbedding").boolean()};
+    return decodeJson<ModelCapabilities>(body, [](JsonCursor& cursor, ModelCapabilities& out) {
+        return readObject(cursor, required("supportsTools", out.supportsTools, readBoolean),
+                          required("supportsVision", out.supportsVision, readBoolean),
+                          required("supportsThinking", out.supportsThinking, readBoolean),
+                          required("supportsEmbedding", out.supportsEmbedding, readBoolean));
     });
 }
 

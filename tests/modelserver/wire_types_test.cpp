@@ -62,7 +62,7 @@ TEST(ModelsResponse, WithoutModelsFails) {
 }
 
 TEST(ModelsResponse, NullModelsAreAMissingValue) {
-    expectFailure(decodeModelsResponse(R"({"models":null})"), Kind::ValueNotFound, u"Array"_s, {u"models"_s});
+    expectFailure(decodeModelsResponse(R"({"models":null})"), Kind::ValueNotFound, u"Array<Any>"_s, {u"models"_s});
 }
 
 TEST(ModelsResponse, EmptyListDecodes) {
@@ -83,9 +83,9 @@ TEST(ModelsResponse, NullNameIsAMissingValue) {
 
 TEST(ModelsResponse, AnyValueOfAnotherTypeFailsTheWholeBody) {
     const QStringList first{u"models"_s, u"Index 0"_s};
-    expectFailure(decodeModelsResponse(R"([])"), Kind::TypeMismatch, u"Object"_s, {});
-    expectFailure(decodeModelsResponse(R"({"models":{}})"), Kind::TypeMismatch, u"Array"_s, {u"models"_s});
-    expectFailure(decodeModelsResponse(R"({"models":["a"]})"), Kind::TypeMismatch, u"Object"_s, first);
+    expectFailure(decodeModelsResponse(R"([])"), Kind::TypeMismatch, u"Dictionary<String, Any>"_s, {});
+    expectFailure(decodeModelsResponse(R"({"models":{}})"), Kind::TypeMismatch, u"Array<Any>"_s, {u"models"_s});
+    expectFailure(decodeModelsResponse(R"({"models":["a"]})"), Kind::TypeMismatch, u"Dictionary<String, Any>"_s, first);
     expectFailure(decodeModelsResponse(R"({"models":[{"name":7}]})"), Kind::TypeMismatch, u"String"_s,
                   first + QStringList{u"name"_s});
     expectFailure(decodeModelsResponse(R"({"models":[{"name":"a","modified_at":7}]})"), Kind::TypeMismatch, u"String"_s,
@@ -95,7 +95,7 @@ TEST(ModelsResponse, AnyValueOfAnotherTypeFailsTheWholeBody) {
     expectFailure(decodeModelsResponse(R"({"models":[{"name":"a","size":true}]})"), Kind::TypeMismatch, u"Int64"_s,
                   first + QStringList{u"size"_s});
     expectFailure(decodeModelsResponse(R"({"models":[{"name":"a","details":"gguf"}]})"), Kind::TypeMismatch,
-                  u"Object"_s, first + QStringList{u"details"_s});
+                  u"Dictionary<String, Any>"_s, first + QStringList{u"details"_s});
     expectFailure(decodeModelsResponse(R"({"models":[{"name":"a","details":{"family":[]}}]})"), Kind::TypeMismatch,
                   u"String"_s, first + QStringList{u"details"_s, u"family"_s});
 }
@@ -153,12 +153,12 @@ TEST(ShowResponse, FieldsThatNobodyUsesStillHaveToHaveTheirType) {
     mismatch(R"({"modelfile":1})", u"String"_s, {u"modelfile"_s});
     mismatch(R"({"parameters":{}})", u"String"_s, {u"parameters"_s});
     mismatch(R"({"template":[]})", u"String"_s, {u"template"_s});
-    mismatch(R"({"details":[]})", u"Object"_s, {u"details"_s});
-    mismatch(R"({"details":{"families":"bert"}})", u"Array"_s, {u"details"_s, u"families"_s});
+    mismatch(R"({"details":[]})", u"Dictionary<String, Any>"_s, {u"details"_s});
+    mismatch(R"({"details":{"families":"bert"}})", u"Array<Any>"_s, {u"details"_s, u"families"_s});
     mismatch(R"({"details":{"quantization_level":4}})", u"String"_s, {u"details"_s, u"quantization_level"_s});
-    mismatch(R"({"model_info":[]})", u"Object"_s, {u"model_info"_s});
-    mismatch(R"({"model_info":"large"})", u"Object"_s, {u"model_info"_s});
-    mismatch(R"({"capabilities":"tools"})", u"Array"_s, {u"capabilities"_s});
+    mismatch(R"({"model_info":[]})", u"Dictionary<String, Any>"_s, {u"model_info"_s});
+    mismatch(R"({"model_info":"large"})", u"Dictionary<String, Any>"_s, {u"model_info"_s});
+    mismatch(R"({"capabilities":"tools"})", u"Array<Any>"_s, {u"capabilities"_s});
     mismatch(R"({"capabilities":["tools",1]})", u"String"_s, {u"capabilities"_s, u"Index 1"_s});
 }
 
@@ -215,7 +215,7 @@ TEST(EmbeddingResponse, NoVectorsDecode) {
 }
 
 TEST(EmbeddingResponse, NullVectorIsAMissingValue) {
-    expectFailure(decodeEmbeddingResponse(R"({"model":"m","embeddings":[null]})"), Kind::ValueNotFound, u"Array"_s,
+    expectFailure(decodeEmbeddingResponse(R"({"model":"m","embeddings":[null]})"), Kind::ValueNotFound, u"Array<Any>"_s,
                   {u"embeddings"_s, u"Index 0"_s});
 }
 
@@ -225,12 +225,13 @@ TEST(EmbeddingResponse, NullElementIsAMissingValue) {
 }
 
 TEST(EmbeddingResponse, FlatVectorIsAnotherType) {
-    expectFailure(decodeEmbeddingResponse(R"({"model":"m","embeddings":[0.5]})"), Kind::TypeMismatch, u"Array"_s,
+    expectFailure(decodeEmbeddingResponse(R"({"model":"m","embeddings":[0.5]})"), Kind::TypeMismatch, u"Array<Any>"_s,
                   {u"embeddings"_s, u"Index 0"_s});
 }
 
 TEST(EmbeddingResponse, NumberBeyondADoubleIsCorrupted) {
-    expectFailure(decodeEmbeddingResponse(R"({"model":"m","embeddings":[[1e999]]})"), Kind::DataCorrupted, {}, {});
+    expectFailure(decodeEmbeddingResponse(R"({"model":"m","embeddings":[[0.5,1e999]]})"), Kind::DataCorrupted, {},
+                  {u"embeddings"_s, u"Index 0"_s, u"Index 1"_s});
 }
 
 TEST(ShowRequest, HoldsTheNameAlone) {
