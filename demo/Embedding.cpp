@@ -23,6 +23,7 @@ constexpr double pieceWeight = 0.3;
 constexpr double termWeight = 1.6;
 constexpr double fieldWeight = 1.6;
 constexpr std::size_t pieceLength = 4;
+constexpr std::size_t shortestTerm = 5; // of those with other meanings
 
 using Counts = std::map<std::u16string, int>; // ordered: sums come out the same everywhere
 
@@ -51,8 +52,8 @@ void countPieces(Counts& counts, std::u16string_view word) {
 
 void countTerms(Counts& terms, Counts& fields, const TermList& list, const FoldedText& text) {
     for (const PhraseMatch& match : list.phrases.find(text.words())) {
-        if (match.ambiguous) {
-            continue;
+        if (match.ambiguous && text.words()[match.firstWord].folded.size() < shortestTerm) {
+            continue; // "go" and "rest" are hardly ever the terms they could be
         }
         const Term& term = list.terms[static_cast<std::size_t>(match.id)];
         ++terms[term.display.toStdU16String()];

@@ -129,6 +129,7 @@ TEST(EmbeddingRanking, OtherQueriesFindTheirFieldsToo) {
     const std::vector<Record> records = generatedRecords();
     EXPECT_THAT(bestFields(records, u"enfermera para urgencias y cuidados intensivos"_s, 3), Each(u"sanidad"_s));
     EXPECT_THAT(bestFields(records, u"jefe de cocina que elabore menús"_s, 3), Each(u"cocina"_s));
+    EXPECT_THAT(bestFields(records, u"alguien que sepa cocinar"_s, 3), Each(u"cocina"_s));
     EXPECT_THAT(bestFields(records, u"profesora de primaria para un colegio"_s, 3), Each(u"educación"_s));
 }
 
