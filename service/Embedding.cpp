@@ -79,11 +79,13 @@ std::optional<std::vector<float>> unitVector(const std::vector<double>& vector) 
 }
 
 std::optional<ModelServerAddress> parseModelServer(std::string_view url) {
-    constexpr std::string_view scheme = "http://";
-    if (!url.starts_with(scheme)) {
+    constexpr std::string_view plainScheme = "http://";
+    constexpr std::string_view secureScheme = "https://";
+    const bool isSecure = url.starts_with(secureScheme);
+    if (!isSecure && !url.starts_with(plainScheme)) {
         return std::nullopt;
     }
-    url.remove_prefix(scheme.size());
+    url.remove_prefix(isSecure ? secureScheme.size() : plainScheme.size());
     const std::size_t slash = std::min(url.find('/'), url.size());
     const auto server = parseHostAndPort(url.substr(0, slash));
     if (!server || server->host.find_first_of(" @?#") != std::string::npos) {
@@ -93,26 +95,27 @@ std::optional<ModelServerAddress> parseModelServer(std::string_view url) {
     while (prefix.ends_with('/')) {
         prefix.pop_back();
     }
-    return ModelServerAddress{server->host, server->port.value_or(80), prefix};
+    return ModelServerAddress{server->host, server->port.value_or(isSecure ? 443 : 80), prefix, isSecure};
 }
 
 class EmbeddingClient::Connection {
 public:
-    Connection(const std::string& host, int port)
-        : http(host, port) {}
+    explicit Connection(const ModelServerAddress& server)
+        : http(server.isSecure ? std::make_unique<httplib::SSLClient>(server.host, server.port)
+                               : std::make_unique<httplib::ClientImpl>(server.host, server.port)) {
+        http->set_connection_timeout(connectTime);
+        http->set_read_timeout(answerTime);
+        http->set_keep_alive(true);
+    }
 
-    httplib::Client http;
+    std::unique_ptr<httplib::ClientImpl> http;
     std::atomic<bool> isCancelled = false;
 };
 
 EmbeddingClient::EmbeddingClient(const ModelServerAddress& server, std::string model)
-    : m_connection(std::make_unique<Connection>(server.host, server.port))
+    : m_connection(std::make_unique<Connection>(server))
     , m_path(server.prefix + "/api/embed")
-    , m_model(std::move(model)) {
-    m_connection->http.set_connection_timeout(connectTime);
-    m_connection->http.set_read_timeout(answerTime);
-    m_connection->http.set_keep_alive(true);
-}
+    , m_model(std::move(model)) {}
 
 EmbeddingClient::~EmbeddingClient() = default;
 
@@ -126,7 +129,7 @@ std::expected<std::vector<double>, EmbeddingError> EmbeddingClient::embed(const 
     if (m_connection->isCancelled) {
         return std::unexpected(EmbeddingError{false, "the service stops"});
     }
-    const auto result = m_connection->http.Post(m_path, body, "application/json");
+    const auto result = m_connection->http->Post(m_path, body, "application/json");
     if (!result) {
         return std::unexpected(EmbeddingError{false, "the model server does not answer: " + to_string(result.error())});
     }
@@ -140,7 +143,7 @@ std::expected<std::vector<double>, EmbeddingError> EmbeddingClient::embed(const 
 
 void EmbeddingClient::cancel() {
     m_connection->isCancelled = true;
-    m_connection->http.stop();
+    m_connection->http->stop();
 }
 
 } // namespace dorvantel::service

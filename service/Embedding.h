@@ -20,11 +20,12 @@ std::string embeddingText(const Unembedded& candidate);
 /// The vector scaled to unit length; nothing for one without a direction (empty, zero, not finite).
 std::optional<std::vector<float>> unitVector(const std::vector<double>& vector);
 
-/// Where a model server is: `http://host[:port][/prefix]`.
+/// Where a model server is: `http://host[:port][/prefix]`, or the same with https.
 struct ModelServerAddress {
     std::string host;
     int port = 80;
-    std::string prefix; ///< without a trailing slash
+    std::string prefix = {}; ///< without a trailing slash
+    bool isSecure = false;   ///< over TLS, with a certificate that this machine trusts
 };
 
 /// Nothing for any other text.

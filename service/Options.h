@@ -28,7 +28,7 @@ enum class ExitCode {
 struct Options {
     HttpServer::Settings http;
     std::optional<std::filesystem::path> store; ///< absent: the user's own
-    ModelServerAddress modelServer{"localhost", 11434, ""};
+    ModelServerAddress modelServer{.host = "localhost", .port = 11434};
     std::string embeddingModel; ///< empty: no vectors
     bool showHelp = false;
     bool showVersion = false;

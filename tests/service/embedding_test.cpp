@@ -19,7 +19,7 @@ using testing::HasSubstr;
 namespace {
 
 ModelServerAddress addressOf(const FakeModelServer& server) {
-    return {"127.0.0.1", server.port(), ""};
+    return {.host = "127.0.0.1", .port = server.port()};
 }
 
 EmbeddingError errorOf(const FakeModelServer::Answer& answer) {
@@ -66,9 +66,16 @@ TEST(ParseModelServer, TakesHostPortAndPrefix) {
     EXPECT_EQ(parseModelServer("http://[::1]:5")->host, "::1");
 }
 
+TEST(ParseModelServer, KnowsHttps) {
+    EXPECT_TRUE(parseModelServer("https://models.example/x")->isSecure);
+    EXPECT_EQ(parseModelServer("https://models.example")->port, 443);
+    EXPECT_EQ(parseModelServer("https://models.example:8443")->port, 8443);
+    EXPECT_FALSE(parseModelServer("http://models.example")->isSecure);
+}
+
 TEST(ParseModelServer, RefusesOtherTexts) {
-    for (const char* const url : {"", "localhost:11434", "https://localhost", "http://", "http://:80", "http://a:x",
-                                  "ftp://a", "http://user@host", "http://a b"}) {
+    for (const char* const url : {"", "localhost:11434", "https://", "http://", "http://:80", "http://a:x", "ftp://a",
+                                  "http://user@host", "http://a b"}) {
         EXPECT_FALSE(parseModelServer(url)) << url;
     }
 }
@@ -119,10 +126,20 @@ TEST(EmbeddingClient, ServerThatIsNotThereIsInTrouble) {
         const FakeModelServer server([](const std::string&) { return FakeModelServer::Answer{}; });
         port = server.port();
     }
-    const auto vector = EmbeddingClient({"127.0.0.1", port, ""}, "m").embed("x");
+    const auto vector = EmbeddingClient({.host = "127.0.0.1", .port = port}, "m").embed("x");
     ASSERT_FALSE(vector);
     EXPECT_FALSE(vector.error().concernsText);
     EXPECT_THAT(vector.error().message, HasSubstr("does not answer"));
+}
+
+TEST(EmbeddingClient, SecureAddressIsNeverSpokenToInPlainText) {
+    const FakeModelServer server([](const std::string&) { return FakeModelServer::vector({1}); });
+    ModelServerAddress address = addressOf(server);
+    address.isSecure = true;
+    const auto vector = EmbeddingClient(address, "m").embed("x");
+    ASSERT_FALSE(vector);
+    EXPECT_FALSE(vector.error().concernsText);
+    EXPECT_TRUE(server.requests().empty());
 }
 
 TEST(EmbeddingClient, CancelEndsACallThatRunsAndEveryLaterOne) {

@@ -27,8 +27,8 @@ class EmbeddingQueueTest : public testing::Test {
 protected:
     std::unique_ptr<EmbeddingQueue> startQueue(const FakeModelServer& server,
                                                EmbeddingQueue::Pauses pauses = {1ms, 5ms}) {
-        return std::make_unique<EmbeddingQueue>(store, ModelServerAddress{"127.0.0.1", server.port(), ""}, "m", pauses,
-                                                [this](std::string_view line) {
+        return std::make_unique<EmbeddingQueue>(store, ModelServerAddress{.host = "127.0.0.1", .port = server.port()},
+                                                "m", pauses, [this](std::string_view line) {
                                                     const std::scoped_lock lock(mutex);
                                                     lines.emplace_back(line);
                                                 });

@@ -61,7 +61,7 @@ TEST(ParseOptions, BadArgumentsSayWhatIsWrong) {
     for (const char* const value : {"0", "1025", "1.5", "-1", "x", "64M"}) {
         EXPECT_EQ(parse({"--body-limit", value}).error(), "--body-limit takes a whole number from 1 to 1024");
     }
-    EXPECT_EQ(parse({"--model-server", "https://x"}).error(),
+    EXPECT_EQ(parse({"--model-server", "ftp://x"}).error(),
               "--model-server takes a URL such as http://localhost:11434");
 }
 
