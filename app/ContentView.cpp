@@ -157,7 +157,8 @@ void ContentView::showSelection() {
     const bool searching = current.isValid() && CandidateListModel::kind(current) == CandidateListModel::Kind::Search;
     QWidget* old = m_detail->count() > 1 ? m_detail->widget(1) : nullptr;
     if (searching && !old) {
-        m_detail->setCurrentIndex(m_detail->addWidget(new SearchUIView));
+        m_detail->setCurrentIndex(m_detail->addWidget(
+            new SearchUIView({m_model, m_services.records, m_services.models, m_services.pdfs, m_services.urls})));
     } else if (!searching && old) {
         m_detail->removeWidget(old);
         old->deleteLater();

@@ -20,6 +20,7 @@ class DropOverlay;
 class ModelService;
 class PDFOpener;
 class RecordsService;
+class URLOpener;
 class ValidationSheetView;
 
 /// The main window: the stored candidates on the left, what is selected on the right, and the place where CVs are
@@ -33,6 +34,7 @@ public:
         RecordsService& records;
         ModelService& models;
         PDFOpener& pdfs;
+        URLOpener& urls;
     };
 
     explicit ContentView(const Services& services, QWidget* parent = nullptr);

@@ -6,6 +6,7 @@
 #include "modelserver/OllamaService.h"
 #include "platform/HttpSession.h"
 #include "platform/ProcessPDFOpener.h"
+#include "platform/URLOpener.h"
 #include "records/APIRequest.h"
 
 #include <QApplication>
@@ -51,7 +52,8 @@ int main(int argc, char** argv) {
     APIRequest records(http, QStringLiteral(DORVANTEL_RECORDS_BASE_URL));
     OllamaService models(http, AppSettings::shared());
     ProcessPDFOpener pdfs(findPDFReader(QCoreApplication::applicationDirPath()));
-    ContentView window({records, models, pdfs});
+    DesktopURLOpener urls;
+    ContentView window({records, models, pdfs, urls});
     window.resize(1100, 720);
     window.show();
     if (!cv.isEmpty()) {

@@ -73,7 +73,7 @@ Tour::Tour(const QDir& out)
 }
 
 void Tour::openWindow() {
-    m_window = std::make_unique<ContentView>(ContentView::Services{*m_records, *m_models, m_pdfs});
+    m_window = std::make_unique<ContentView>(ContentView::Services{*m_records, *m_models, m_pdfs, m_urls});
     m_window->resize(1100, 720);
     m_window->show();
     waitUntil(u"the candidates are listed"_s, [this] { return !m_window->model().dbRecords().empty(); });

@@ -7,6 +7,7 @@
 #include "modelserver/OllamaService.h"
 #include "platform/HttpSession.h"
 #include "platform/ProcessPDFOpener.h"
+#include "platform/URLOpener.h"
 #include "records/APIRequest.h"
 
 #include <QDir>
@@ -52,6 +53,7 @@ private:
     std::unique_ptr<APIRequest> m_records;
     std::unique_ptr<OllamaService> m_models;
     ProcessPDFOpener m_pdfs;
+    DesktopURLOpener m_urls;
     std::unique_ptr<ContentView> m_window;
     int m_pictures = 0;
 };

@@ -7,6 +7,7 @@
 #include "tests/support/FakeModelService.h"
 #include "tests/support/FakePDFOpener.h"
 #include "tests/support/FakeRecordsService.h"
+#include "tests/support/FakeURLOpener.h"
 #include "tests/support/Wait.h"
 
 #include <QAction>
@@ -102,9 +103,10 @@ protected:
     FakeRecordsService records;
     FakeModelService models;
     FakePDFOpener pdfs;
+    FakeURLOpener urlOpener;
     QTemporaryDir folder;
     QMimeData mime;
-    ContentView window{{records, models, pdfs}};
+    ContentView window{{records, models, pdfs, urlOpener}};
     QListView* list = nullptr;
 };
 
@@ -152,6 +154,31 @@ TEST_F(ContentViewTest, SearchEntryShowsTheSearchScreenAndSelectsNobody) {
     EXPECT_FALSE(window.model().selectedDBRecord());
     EXPECT_EQ(detail()->objectName(), u"search"_s);
     click(row(0));
+    EXPECT_NE(detail()->objectName(), u"search"_s);
+}
+
+TEST_F(ContentViewTest, SearchScreenFindsAndInvitesThroughTheWindowsServices) {
+    loadThree();
+    click(0);
+    QTest::mouseClick(detail()->findChild<QPushButton*>(u"searchButton"_s), Qt::LeftButton);
+    ASSERT_TRUE(waitUntil([&] { return records.calls().last().startsWith(u"search select "_s); }));
+    QueryResult found;
+    found.email = u"ana@example.com"_s;
+    records.answerSearch(std::make_shared<IdentifiableSearchResponse>(SearchResponse{u"select"_s, {found}}));
+    QTest::mouseClick(detail()->findChild<QPushButton*>(u"invite"_s), Qt::LeftButton);
+    ASSERT_EQ(urlOpener.opened().size(), 1);
+    EXPECT_EQ(urlOpener.opened()[0].path(), u"ana@example.com"_s);
+}
+
+TEST_F(ContentViewTest, AnswerThatArrivesAfterTheSearchScreenWasLeftReachesNobody) {
+    loadThree();
+    click(0);
+    QTest::mouseClick(detail()->findChild<QPushButton*>(u"searchButton"_s), Qt::LeftButton);
+    ASSERT_TRUE(waitUntil([&] { return records.calls().last().startsWith(u"search select "_s); }));
+    const QPointer<QWidget> screen = detail();
+    click(row(0));
+    ASSERT_TRUE(waitUntil([&] { return !screen; }));
+    records.answerSearch(std::make_shared<IdentifiableSearchResponse>(SearchResponse{u"select"_s, {}}));
     EXPECT_NE(detail()->objectName(), u"search"_s);
 }
 
@@ -347,7 +374,7 @@ TEST_F(ContentViewTest, SecondCVGetsANewSheetOnItsFirstPage) {
 }
 
 TEST_F(ContentViewTest, WindowMayCloseDuringARunningIntake) {
-    auto other = std::make_unique<ContentView>(ContentView::Services{records, models, pdfs});
+    auto other = std::make_unique<ContentView>(ContentView::Services{records, models, pdfs, urlOpener});
     other->openCV(file(u"cv.pdf"_s, "bytes"));
     ASSERT_TRUE(waitUntil([&] { return pdfs.openings() == 1; }));
     pdfs.succeed(0, {u"x"_s});
