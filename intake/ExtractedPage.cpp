@@ -8,6 +8,7 @@
 #include "ui/Figures.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"
+#include "ui/TokenEditor.h"
 #include "ui/TokenField2.h"
 
 #include <QButtonGroup>
@@ -123,6 +124,8 @@ TokenField2* ExtractedPage::addTokenField(const QString& name, const QString& ob
     auto* field = new TokenField2(tokens, true, catalogue);
     field->setObjectName(objectName);
     field->setFieldName(name);
+    // The page scrolls as a whole: a field that scrolled inside it would hide tokens.
+    field->tokenField()->setMaximumLines(12);
     m_tokenFields.append({field, &tokens});
     connect(field, &TokenField2::tokensChanged, this, [this, &tokens, additions](const QStringList& changed) {
         if (additions == Additions::Accepted || changed.size() < tokens.size()) {

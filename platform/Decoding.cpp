@@ -14,12 +14,12 @@ QString localizedDescription(const DecodeError& error) {
     switch (error.kind) {
     case DecodeError::Kind::KeyNotFound:
     case DecodeError::Kind::ValueNotFound:
-        return u"The data couldn’t be read because it is missing."_s;
+        return u"No se han podido leer los datos porque faltan."_s;
     case DecodeError::Kind::TypeMismatch:
     case DecodeError::Kind::DataCorrupted:
         break;
     }
-    return u"The data couldn’t be read because it isn’t in the correct format."_s;
+    return u"No se han podido leer los datos porque no tienen el formato correcto."_s;
 }
 
 QString debugText(const DecodeError& error) {

@@ -81,7 +81,7 @@ bool hasResponse(const QNetworkReply& reply, const QByteArray& body) {
 
 QString description(const QNetworkReply& reply) {
     if (reply.error() == QNetworkReply::OperationCanceledError) {
-        return QStringLiteral("The request timed out.");
+        return QStringLiteral("Se ha agotado el tiempo de espera.");
     }
     if (reply.error() == QNetworkReply::ContentReSendError) {
         // The connection closed before the answer, and a body that is sent once cannot be sent again.

@@ -224,7 +224,7 @@ TEST_F(ModelSettingsViewTest, FailedLoadReadsAsLoadedWithTheErrorBeneath) {
     openLoadedPage();
     EXPECT_TRUE(row(u"modelError"_s).isVisible());
     EXPECT_EQ(row(u"modelError"_s).text(),
-              u"Failed to fetch models: The data couldn’t be read because it isn’t in the correct format."_s);
+              u"Failed to fetch models: No se han podido leer los datos porque no tienen el formato correcto."_s);
 }
 
 TEST_F(ModelSettingsViewTest, RefreshLoadsAgainAndKeepsTheSelection) {

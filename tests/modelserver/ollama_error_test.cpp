@@ -19,7 +19,7 @@ TEST(OllamaError, NetworkErrorSaysWhatLiesBeneath) {
 TEST(OllamaError, DecodingErrorSaysWhatLiesBeneath) {
     const DecodeError missing{DecodeError::Kind::KeyNotFound, u"models"_s, {}, {}};
     EXPECT_EQ(localizedDescription(OllamaError::decodingError(missing)),
-              u"Error decodificando respuesta: The data couldn’t be read because it is missing."_s);
+              u"Error decodificando respuesta: No se han podido leer los datos porque faltan."_s);
 }
 
 TEST(OllamaError, InvalidURLHasAFixedText) {

@@ -27,8 +27,8 @@ using test::ScriptedServer;
 using test::waitUntil;
 using Way = ScriptedReply::Way;
 
-const QString formatText = u"The data couldn’t be read because it isn’t in the correct format."_s;
-const QString missingText = u"The data couldn’t be read because it is missing."_s;
+const QString formatText = u"No se han podido leer los datos porque no tienen el formato correcto."_s;
+const QString missingText = u"No se han podido leer los datos porque faltan."_s;
 
 ScriptedReply reply(const QByteArray& body, int status = 200) {
     return {.status = status, .body = body};
@@ -252,7 +252,7 @@ TEST_F(Chat, AnswerThatIsNotHttpIsANetworkErrorOrADecodingError) {
 TEST_F(Chat, StallingServerEndsInATimeOut) {
     makeService(std::chrono::milliseconds(50));
     ScriptedServer server(way(Way::Stall));
-    EXPECT_EQ(chatFailure(server.url()), u"Error de red: The request timed out."_s);
+    EXPECT_EQ(chatFailure(server.url()), u"Error de red: Se ha agotado el tiempo de espera."_s);
     EXPECT_TRUE(waitUntil([&] { return server.openConnections() == 0; }));
 }
 
@@ -583,7 +583,7 @@ TEST_F(FetchAvailableModels, TransportFailureIsToldWithItsDescription) {
     EXPECT_EQ(service->modelError(), u"Failed to fetch models: Connection closed"_s);
     ScriptedServer stalling(way(Way::Stall));
     load(stalling.url());
-    EXPECT_EQ(service->modelError(), u"Failed to fetch models: The request timed out."_s);
+    EXPECT_EQ(service->modelError(), u"Failed to fetch models: Se ha agotado el tiempo de espera."_s);
 }
 
 TEST_F(FetchAvailableModels, AddressThatIsNoURLFailsAtOnce) {

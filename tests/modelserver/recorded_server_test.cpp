@@ -168,8 +168,8 @@ TEST_F(RecordedServer, EveryErrorFailsTheListOfModels) {
         m_service.fetchAvailableModels();
         ASSERT_TRUE(waitUntil([this] { return !m_service.isLoadingModels(); }));
         const QString reason = recorded.file.endsWith(u".json")
-                                   ? u"The data couldn’t be read because it is missing."_s
-                                   : u"The data couldn’t be read because it isn’t in the correct format."_s;
+                                   ? u"No se han podido leer los datos porque faltan."_s
+                                   : u"No se han podido leer los datos porque no tienen el formato correcto."_s;
         EXPECT_EQ(m_service.modelError(), u"Failed to fetch models: "_s + reason) << qPrintable(recorded.file);
     }
 }

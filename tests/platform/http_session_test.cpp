@@ -100,7 +100,7 @@ TEST_F(NetworkHttpSessionTest, SilenceBeyondTheTimeOutIsATransportError) {
     session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
     ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
     ASSERT_FALSE(outcome->has_value());
-    EXPECT_EQ(outcome->error().description, u"The request timed out."_s);
+    EXPECT_EQ(outcome->error().description, u"Se ha agotado el tiempo de espera."_s);
 }
 
 TEST_F(NetworkHttpSessionTest, ConnectionCutWithoutAnAnswerIsATransportError) {
