@@ -61,7 +61,9 @@ TEST(DemoModelTags, ListsATextModelAndAnEmbeddingModel) {
 }
 
 TEST(DemoModelTags, EntriesHaveTheTypesOfRealOnes) {
-    for (const json& model : json::parse(get("/api/tags").body)["models"]) {
+    const json models = json::parse(get("/api/tags").body)["models"];
+    ASSERT_EQ(models.size(), 2U);
+    for (const json& model : models) {
         EXPECT_EQ(model["model"], model["name"]);
         EXPECT_TRUE(model["modified_at"].is_string());
         EXPECT_TRUE(model["size"].is_number_integer());
