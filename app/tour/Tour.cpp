@@ -98,26 +98,25 @@ void Tour::takeMainJob(const QString& cv) {
     const std::size_t before = m_window->model().dbRecords().size();
     press(u"ok"_s);
     waitUntil(u"the candidate is listed"_s, [&] { return m_window->model().dbRecords().size() == before + 1; });
-    const QString email = m_window->model().dbRecords().back()->email;
     picture(u"guardado"_s);
 
-    // The answer of the store comes after the list has the candidate.
+    const QString stored = u"María José López Del Valle"_s;
     openWindow();
     waitUntil(u"the candidate is there after a restart"_s, [&] {
-        if (std::ranges::any_of(m_window->model().dbRecords(), [&](const auto& r) { return r->email == email; })) {
+        if (std::ranges::any_of(m_window->model().dbRecords(), [&](const auto& r) { return r->name == stored; })) {
             return true;
         }
-        openWindow();
+        openWindow(); // the first was quicker than the store
         return false;
     });
-    clickCandidate(u"María José López Del Valle"_s);
+    clickCandidate(stored);
     picture(u"tras-reiniciar"_s);
-    const std::size_t stored = m_window->model().dbRecords().size();
+    const std::size_t count = m_window->model().dbRecords().size();
     QTest::keyClick(m_window->findChild<QListView*>(u"candidateList"_s), Qt::Key_Delete);
     waitUntil(u"the question before deleting"_s, [this] { return m_window->findChild<QMessageBox*>() != nullptr; });
     picture(u"borrar"_s);
     answerDeleteAlert();
-    waitUntil(u"the candidate is gone"_s, [&] { return m_window->model().dbRecords().size() == stored - 1; });
+    waitUntil(u"the candidate is gone"_s, [&] { return m_window->model().dbRecords().size() == count - 1; });
     picture(u"borrado"_s);
 }
 
