@@ -36,7 +36,14 @@ stop() {
     rm -rf "$temporary"
 }
 trap stop EXIT
-trap 'exit 130' INT TERM
+trap 'exit 130' INT TERM HUP
+
+# show COMMAND...: the program; what this script is told to end, it ends at once and not when the window closes.
+show() {
+    "$@" &
+    started+=($!)
+    wait $!
+}
 
 answers() { curl -s -o /dev/null --max-time 2 "$1"; }
 
@@ -56,8 +63,10 @@ start() {
     exit 1
 }
 
+# setting KEY: what the user chose, or nothing.
 setting() {
-    sed -n "s/^$1=//p" "${XDG_CONFIG_HOME:-$HOME/.config}/Dorvantel/Dorvantel.conf" 2>/dev/null | tail -n 1
+    local file=${XDG_CONFIG_HOME:-$HOME/.config}/Dorvantel/Dorvantel.conf
+    [ ! -r "$file" ] || sed -n "s/^$1=//p" "$file" | tail -n 1
 }
 model_server=$(setting ollamaURL)
 model_server=${model_server:-http://localhost:11434}
@@ -68,7 +77,7 @@ if answers "$model_server/api/tags"; then
         start records http://127.0.0.1:8765/ "$bin/dorvantel-records" --model-server "$model_server" \
             ${embedding_model:+--embedding-model "$embedding_model"}
     fi
-    "$bin/dorvantel" "${cv[@]}"
+    show "$bin/dorvantel" "${cv[@]}"
 else
     echo "No model server answers at $model_server: using the stand-in and the demo profile (invented candidates; your settings and records are not touched)"
     profile=${XDG_DATA_HOME:-$HOME/.local/share}/dorvantel-demo
@@ -84,5 +93,5 @@ else
             --embedding-model demo-vectores:latest
         "$bin/dorvantel-fill-samples" http://127.0.0.1:8764/curriculums
     fi
-    XDG_CONFIG_HOME=$profile/config "$bin/dorvantel-demo" "${cv[@]}"
+    show env XDG_CONFIG_HOME="$profile/config" "$bin/dorvantel-demo" "${cv[@]}"
 fi

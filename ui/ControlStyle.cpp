@@ -99,9 +99,19 @@ void drawArrowDown(QPainter& painter, const QRect& rect, const QColor& colour) {
     painter.restore();
 }
 
-void drawScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle) {
+/// What lies behind a scroll bar is what lies behind the content beside it.
+QPalette::ColorRole backgroundBeside(const QWidget* scrollBar) {
+    for (const QWidget* parent = scrollBar; parent; parent = parent->parentWidget()) {
+        if (const auto* area = qobject_cast<const QAbstractScrollArea*>(parent)) {
+            return area->viewport()->backgroundRole();
+        }
+    }
+    return QPalette::Base;
+}
+
+void drawScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle, const QWidget* widget) {
     const QPalette& palette = option.palette;
-    painter.fillRect(option.rect, palette.color(QPalette::Base));
+    painter.fillRect(option.rect, palette.color(backgroundBeside(widget)));
     if (!(option.state & QStyle::State_Enabled) || option.minimum == option.maximum) {
         return;
     }
@@ -227,7 +237,8 @@ void ControlStyle::drawComplexControl(ComplexControl control, const QStyleOption
     }
     const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
     if (control == CC_ScrollBar && slider) {
-        drawScrollBar(*painter, *slider, proxy()->subControlRect(CC_ScrollBar, option, SC_ScrollBarSlider, widget));
+        drawScrollBar(*painter, *slider, proxy()->subControlRect(CC_ScrollBar, option, SC_ScrollBarSlider, widget),
+                      widget);
         return;
     }
     QProxyStyle::drawComplexControl(control, option, painter, widget);
