@@ -103,6 +103,11 @@ void ContentView::makeMenus() {
     QAction* add = file->addAction(u"&Añadir currículum…"_s, QKeySequence::Open, this, &ContentView::chooseCV);
     add->setObjectName(u"addCV"_s);
     file->addSeparator();
+    // The platform's key for the settings has no standard here that Qt knows.
+    QAction* settings = file->addAction(u"&Preferencias…"_s, QKeySequence(Qt::CTRL | Qt::Key_Comma), this,
+                                        &ContentView::settingsRequested);
+    settings->setObjectName(u"settings"_s);
+    file->addSeparator();
     file->addAction(u"&Salir"_s, QKeySequence::Quit, this, &QWidget::close);
 
     QMenu* edit = menuBar()->addMenu(u"&Edición"_s);
@@ -116,6 +121,10 @@ void ContentView::makeMenus() {
     QMenu* view = menuBar()->addMenu(u"&Ver"_s);
     QAction* refresh = view->addAction(u"Act&ualizar"_s, QKeySequence::Refresh, this, [] { logLine(u"Refresh data"); });
     refresh->setObjectName(u"refresh"_s);
+
+    QMenu* help = menuBar()->addMenu(u"A&yuda"_s);
+    QAction* about = help->addAction(u"&Acerca de Dorvantel..."_s, this, &ContentView::aboutRequested);
+    about->setObjectName(u"about"_s);
 }
 
 // Selection

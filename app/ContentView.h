@@ -50,6 +50,10 @@ public:
     /// What the delete command does: asks for the selected candidate, or takes the question back.
     void deleteCommand();
 
+Q_SIGNALS:
+    void settingsRequested();
+    void aboutRequested();
+
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;

@@ -1,13 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "app/Application.h"
-#include "app/ContentView.h"
+#include "app/DorvantelApp.h"
 #include "modelserver/AppSettings.h"
-#include "modelserver/OllamaService.h"
-#include "platform/HttpSession.h"
-#include "platform/ProcessPDFOpener.h"
-#include "platform/URLOpener.h"
-#include "records/APIRequest.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -48,12 +43,8 @@ int main(int argc, char** argv) {
     prepareApplication(application);
     const QString cv = cvFromCommandLine(application);
 
-    NetworkHttpSession http;
-    APIRequest records(http, QStringLiteral(DORVANTEL_RECORDS_BASE_URL));
-    OllamaService models(http, AppSettings::shared());
-    ProcessPDFOpener pdfs(findPDFReader(QCoreApplication::applicationDirPath()));
-    DesktopURLOpener urls;
-    ContentView window({records, models, pdfs, urls});
+    DorvantelApp program(AppSettings::shared(), QStringLiteral(DORVANTEL_RECORDS_BASE_URL));
+    ContentView& window = program.window();
     window.resize(1100, 720);
     window.show();
     if (!cv.isEmpty()) {
