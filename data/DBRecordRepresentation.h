@@ -5,6 +5,7 @@
 #include "data/DBRecord.h"
 #include "data/JSONCVData.h"
 
+#include <QObject>
 #include <QUuid>
 
 #include <functional>
@@ -32,11 +33,14 @@ struct DBRecordRepresentation {
     std::optional<QString> invitationMail;
     JSONCVData jsonCVData;
     std::optional<QByteArray> file;              ///< the PDF; absent until it was loaded or supplied by intake
-    std::vector<PDFCallback> pdfLoadCallbacks{}; ///< who waits for the PDF; empty unless it is being downloaded
+    std::shared_ptr<PDFDocument> pdfDocument;    ///< `file` as a document, once it opened
+    std::vector<PDFCallback> pdfLoadCallbacks{}; ///< who waits for the PDF; empty unless it is being loaded
+    std::unique_ptr<QObject> pdfOpening;         ///< bounds the opening of `file`: it is given up with the record
 
     DBRecordRepresentation() = default;
     /// The candidate of that identity, for who reads a stored one or makes so many that fresh ones have to be cheap.
-    explicit DBRecordRepresentation(const QUuid& identity) : id(identity) {}
+    explicit DBRecordRepresentation(const QUuid& identity)
+        : id(identity) {}
     // A candidate has an identity: it is shared, never copied.
     DBRecordRepresentation(const DBRecordRepresentation&) = delete;
     DBRecordRepresentation& operator=(const DBRecordRepresentation&) = delete;
