@@ -149,6 +149,9 @@ void ValidationSheetView::insertValidatedRecord() {
     if (!record) {
         return;
     }
+    if (record->file) {
+        record->pdfDocument = m_state.pdfDocument(); // it has been opened for the extraction
+    }
     // What follows may outlive the sheet: closing it takes it away.
     Model& model = m_model;
     RecordsService& service = m_service;

@@ -198,6 +198,8 @@ TEST_F(ValidationSheetTest, OKStoresTheCorrectedRecordWithItsPDF) {
     EXPECT_EQ(record.profession, u"Contable  "_s);
     EXPECT_EQ(record.email, u"maria@example.com"_s);
     EXPECT_EQ(record.jsonCVData.techSkills, (QStringList{u"Excel"_s, u"Sage"_s}));
+    EXPECT_TRUE(record.pdfDocument);
+    EXPECT_EQ(record.pdfDocument, state.pdfDocument());
     ASSERT_EQ(records.inserted().size(), 1U);
     EXPECT_EQ(records.inserted()[0], record.toDBRecord());
     EXPECT_EQ(records.inserted()[0].file, "pdf");
