@@ -6,6 +6,7 @@
 #include "app/CandidateRowDelegate.h"
 #include "app/DropOverlay.h"
 #include "app/Placeholder.h"
+#include "intake/CandidateDetailUIView.h"
 #include "intake/DroppedPDF.h"
 #include "intake/ValidationSheetView.h"
 #include "platform/Log.h"
@@ -165,12 +166,21 @@ void ContentView::showSelection() {
     const QModelIndex current = selectedIndex();
     const bool searching = current.isValid() && CandidateListModel::kind(current) == CandidateListModel::Kind::Search;
     QWidget* old = m_detail->count() > 1 ? m_detail->widget(1) : nullptr;
-    if (searching && !old) {
-        m_detail->setCurrentIndex(m_detail->addWidget(
-            new SearchUIView({m_model, m_services.records, m_services.models, m_services.pdfs, m_services.urls})));
-    } else if (!searching && old) {
+    const auto* candidate = qobject_cast<CandidateDetailUIView*>(old);
+    const bool showsSearch = old && !candidate;
+    if (searching == showsSearch && isSame(m_selection, candidate ? candidate->dbRecord() : nullptr)) {
+        return;
+    }
+    if (old) {
         m_detail->removeWidget(old);
         old->deleteLater();
+    }
+    if (searching) {
+        m_detail->setCurrentIndex(m_detail->addWidget(
+            new SearchUIView({m_model, m_services.records, m_services.models, m_services.pdfs, m_services.urls})));
+    } else if (m_selection) {
+        m_detail->setCurrentIndex(
+            m_detail->addWidget(new CandidateDetailUIView(m_selection, m_services.records, m_services.pdfs)));
     }
 }
 

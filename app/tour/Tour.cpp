@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/tour/Tour.h"
 
+#include "intake/CandidateDetailUIView.h"
 #include "modelserver/AppSettings.h"
 #include "ui/SegmentedControl.h"
 
@@ -110,7 +111,7 @@ void Tour::takeMainJob(const QString& cv) {
         return false;
     });
     clickCandidate(stored);
-    picture(u"tras-reiniciar"_s);
+    lookAtCandidate();
     const std::size_t count = m_window->model().dbRecords().size();
     QTest::keyClick(m_window->findChild<QListView*>(u"candidateList"_s), Qt::Key_Delete);
     waitUntil(u"the question before deleting"_s, [this] { return m_window->findChild<QMessageBox*>() != nullptr; });
@@ -171,9 +172,30 @@ void Tour::waitForData() {
 }
 
 void Tour::showPage(int page) {
-    auto& picker = dynamic_cast<SegmentedControl&>(find(u"valuetype"_s));
-    const QList<QAbstractButton*> segments = picker.findChildren<QAbstractButton*>();
-    QTest::mouseClick(segments[page], Qt::LeftButton);
+    showTab(u"valuetype"_s, page);
+}
+
+void Tour::showTab(const QString& tags, int tab) {
+    auto& control = dynamic_cast<SegmentedControl&>(find(tags));
+    const QList<QAbstractButton*> segments = control.findChildren<QAbstractButton*>();
+    QTest::mouseClick(segments[tab], Qt::LeftButton);
+}
+
+void Tour::lookAtCandidate() {
+    auto& detail = dynamic_cast<CandidateDetailUIView&>(find(u"candidateDetail"_s));
+    waitUntil(u"the CV of the candidate is there"_s, [&] { return detail.pdfDocument() != nullptr; });
+    QTest::qWait(500); // the page is drawn on another thread
+    picture(u"detalle-pdf"_s);
+    showTab(u"mainTagType"_s, 1);
+    picture(u"detalle-texto"_s);
+    showTab(u"mainTagType"_s, 2);
+    picture(u"detalle-extraer-prompt"_s);
+    showTab(u"extractTagType"_s, 1);
+    picture(u"detalle-extraer-json"_s);
+    showTab(u"mainTagType"_s, 3);
+    picture(u"detalle-correo-prompt"_s);
+    showTab(u"correoTagType"_s, 1);
+    picture(u"detalle-correo-json"_s);
 }
 
 void Tour::press(const QString& objectName) {

@@ -40,6 +40,8 @@ private:
     void drop(const QString& cv);
     void waitForData();
     void showPage(int page);
+    void showTab(const QString& tags, int tab);
+    void lookAtCandidate();
     void press(const QString& objectName);
     void clickCandidate(const QString& name);
     void answerDeleteAlert();

@@ -3,12 +3,14 @@
 #include "app/CandidateListModel.h"
 #include "app/ContentView.h"
 #include "app/DropOverlay.h"
+#include "intake/CandidateDetailUIView.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/FakeModelService.h"
 #include "tests/support/FakePDFOpener.h"
 #include "tests/support/FakeRecordsService.h"
 #include "tests/support/FakeURLOpener.h"
 #include "tests/support/Wait.h"
+#include "ui/SegmentedControl.h"
 
 #include <QAction>
 #include <QApplication>
@@ -180,6 +182,76 @@ TEST_F(ContentViewTest, AnswerThatArrivesAfterTheSearchScreenWasLeftReachesNobod
     ASSERT_TRUE(waitUntil([&] { return !screen; }));
     records.answerSearch(std::make_shared<IdentifiableSearchResponse>(SearchResponse{u"select"_s, {}}));
     EXPECT_NE(detail()->objectName(), u"search"_s);
+}
+
+TEST_F(ContentViewTest, SelectedCandidateIsShownInDetail) {
+    loadThree();
+    click(row(1));
+    auto* shownDetail = qobject_cast<CandidateDetailUIView*>(detail());
+    ASSERT_TRUE(shownDetail);
+    EXPECT_EQ(shownDetail->dbRecord()->name, u"Blas"_s);
+    EXPECT_TRUE(shownDetail->isLoadingPDF());
+    EXPECT_EQ(records.calls().last(), u"fetchPDF blas@example.com"_s);
+}
+
+TEST_F(ContentViewTest, DetailIsRebuiltFromScratchWhenAnotherCandidateIsSelected) {
+    loadThree();
+    click(row(1));
+    const QPointer<QWidget> first = detail();
+    detail()->findChild<SegmentedControl*>(u"mainTagType"_s)->setCurrentIndex(3);
+    click(row(2));
+    auto* second = qobject_cast<CandidateDetailUIView*>(detail());
+    ASSERT_TRUE(second);
+    EXPECT_NE(second, first);
+    EXPECT_EQ(second->dbRecord()->name, u"Carla"_s);
+    EXPECT_EQ(second->mainTagType(), mainTagTypes::pdf);
+    EXPECT_TRUE(waitUntil([&] { return !first; }));
+    EXPECT_EQ(window.findChild<QStackedWidget*>(u"detail"_s)->count(), 2);
+}
+
+TEST_F(ContentViewTest, DetailStaysWhileTheSameCandidateIsSelected) {
+    loadThree();
+    click(row(1));
+    const QWidget* first = detail();
+    detail()->findChild<SegmentedControl*>(u"mainTagType"_s)->setCurrentIndex(3);
+    click(row(1));
+    window.model().setSelectedDBRecord(window.model().dbRecords()[1]);
+    EXPECT_EQ(detail(), first);
+    EXPECT_EQ(qobject_cast<CandidateDetailUIView*>(detail())->mainTagType(), mainTagTypes::correo);
+}
+
+TEST_F(ContentViewTest, SelectionOfTheModelIsShownInDetailUntilThereIsNone) {
+    loadThree();
+    window.model().setSelectedDBRecord(window.model().dbRecords()[2]);
+    ASSERT_TRUE(qobject_cast<CandidateDetailUIView*>(detail()));
+    EXPECT_EQ(qobject_cast<CandidateDetailUIView*>(detail())->dbRecord()->name, u"Carla"_s);
+    window.model().setSelectedDBRecord(nullptr);
+    EXPECT_EQ(detail()->objectName(), u"placeholder"_s);
+}
+
+TEST_F(ContentViewTest, CandidateDeletedWhileItsPDFIsLoadedIsForgottenSilently) {
+    loadThree();
+    click(row(1));
+    const QPointer<QWidget> shownDetail = detail();
+    const std::weak_ptr<DBRecordRepresentation> record = window.model().dbRecords()[1];
+    window.deleteCommand();
+    QTest::mouseClick(deleteAlert()->defaultButton(), Qt::LeftButton);
+    ASSERT_TRUE(waitUntil([&] { return !shownDetail; }));
+    EXPECT_TRUE(record.expired());
+    CapturedOutput output;
+    records.answerFetchPDF(std::unexpected(APIError::responseProblem));
+    EXPECT_EQ(output.text(), QString());
+}
+
+TEST_F(ContentViewTest, CandidateThatWasJustStoredShowsItsCVWithoutNetwork) {
+    auto record = candidate(u"Ana"_s, u"ana@example.com"_s);
+    record->file = "bytes";
+    record->pdfDocument = std::make_shared<PDFDocument>(*record->file, QStringList{u"Ana"_s});
+    load({record});
+    click(row(0));
+    EXPECT_EQ(qobject_cast<CandidateDetailUIView*>(detail())->pdfText(), u"Ana"_s);
+    EXPECT_EQ(records.calls(), (QStringList{u"fetchAll"_s}));
+    EXPECT_EQ(pdfs.openings(), 0);
 }
 
 TEST_F(ContentViewTest, FocusInTheListSelectsNothingByItself) {
