@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/tour/Tour.h"
 
+#include "app/tour/TourInput.h"
 #include "intake/CandidateDetailUIView.h"
 #include "modelserver/AppSettings.h"
 #include "ui/SegmentedControl.h"
@@ -37,14 +38,6 @@ std::unique_ptr<QMimeData> mimeData(const QString& cv) {
     auto data = std::make_unique<QMimeData>();
     data->setUrls({QUrl::fromLocalFile(cv)});
     return data;
-}
-
-/// `QTest::keyClicks` knows no letters beyond ASCII.
-void typeText(QWidget& widget, const QString& text) {
-    for (const QChar letter : text) {
-        QKeyEvent event(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
-        QApplication::sendEvent(&widget, &event);
-    }
 }
 
 /// The dialogs over `window`, those below first.

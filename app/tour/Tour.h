@@ -18,6 +18,12 @@
 
 namespace dorvantel {
 
+/// Keeps what was to be opened.
+struct CatchingURLOpener final : URLOpener {
+    void open(const QUrl& url) override { caught = url; }
+    QUrl caught;
+};
+
 /// Goes through the main job in the real main window, with the real records service and the stand-in model server, as a
 /// recruiter would: by drops, keys and clicks. Leaves one picture per step. A step that fails throws
 /// std::runtime_error with the step's name.
@@ -29,6 +35,8 @@ public:
     void takeMainJob(const QString& cv);
     /// Drops the CV, looks at both pages and stores it when nothing is missing, or leaves the sheet.
     void takeThrough(const QString& cv);
+    /// Both kinds of search, a result's details and preview, and its invitation, which is caught and not sent.
+    void takeSearch();
     /// A CV while the model server is away: the alert, and a usable window after it.
     void takeModelServerAway(const QString& cv);
 
@@ -42,6 +50,7 @@ private:
     void showPage(int page);
     void showTab(const QString& tags, int tab);
     void lookAtCandidate();
+    QList<QWidget*> results() const; ///< those on screen, from the top
     void press(const QString& objectName);
     void clickCandidate(const QString& name);
     void answerDeleteAlert();
@@ -55,7 +64,7 @@ private:
     std::unique_ptr<APIRequest> m_records;
     std::unique_ptr<OllamaService> m_models;
     ProcessPDFOpener m_pdfs;
-    DesktopURLOpener m_urls;
+    CatchingURLOpener m_urls;
     std::unique_ptr<ContentView> m_window;
     int m_pictures = 0;
 };

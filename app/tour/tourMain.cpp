@@ -43,6 +43,7 @@ int main(int argc, char** argv) {
         for (const QString& cv : parser.values(u"cv"_s)) {
             tour.takeThrough(cv);
         }
+        tour.takeSearch();
         tour.takeModelServerAway(sample);
         std::fprintf(stderr, "%d pictures are in %s\n", tour.pictures(), qUtf8Printable(out.absolutePath()));
     } catch (const std::exception& error) {
