@@ -131,7 +131,9 @@ private:
     void fill() {
         m_content = m_make();
         layout()->addWidget(m_content);
-        m_content->show(); // a layout shows its widgets later, after a moment of nothing
+        // By itself the layout would show and place it later, after a moment of nothing.
+        m_content->show();
+        layout()->activate();
     }
 
     std::function<QWidget*()> m_make;

@@ -283,6 +283,16 @@ TEST_F(CandidateDetail, PageIsFilledWhenItIsFirstLookedAt) {
     EXPECT_EQ(view->findChildren<QPlainTextEdit*>().size(), 1);
 }
 
+TEST_F(CandidateDetail, PageFillsTheViewAtOnce) {
+    showLoaded({u"Ana"_s});
+    chooseMain(mainTagTypes::text);
+    EXPECT_EQ(textView()->width(), view->width());
+    chooseMain(mainTagTypes::extraer);
+    EXPECT_EQ(textView()->width(), view->width());
+    choose(u"extractTagType"_s, 1);
+    EXPECT_EQ(textView()->width(), view->width());
+}
+
 TEST_F(CandidateDetail, PageKeepsItsPlaceWhileAnotherIsLookedAt) {
     showLoaded({u"línea\n"_s.repeated(500)});
     chooseMain(mainTagTypes::text);
