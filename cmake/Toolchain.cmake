@@ -32,6 +32,10 @@ endif()
 if(DORVANTEL_SANITIZE)
     add_compile_options(-fsanitize=${DORVANTEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${DORVANTEL_SANITIZE})
+    # gcc's own manual warns of false alarms from this one beside the sanitizers.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        add_compile_options(-Wno-maybe-uninitialized)
+    endif()
 endif()
 
 if(DORVANTEL_COVERAGE)
