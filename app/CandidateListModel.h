@@ -29,8 +29,7 @@ public:
     bool isRemoving() const { return m_removing; }
 
     static Kind kind(const QModelIndex& index);
-    DBRecordPointer record(const QModelIndex& index) const; ///< null for the rows that are no candidate
-    QModelIndex searchIndex() const { return index(0); }
+    DBRecordPointer record(const QModelIndex& index) const;   ///< null for the rows that are no candidate
     QModelIndex indexOf(const DBRecordPointer& record) const; ///< by identity; invalid when it is not listed
 
 private:

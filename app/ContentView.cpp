@@ -227,9 +227,18 @@ void ContentView::confirmDelete() {
 // Intake
 
 void ContentView::openCV(const QString& path) {
-    if (!m_intake.sheetIsShowing()) {
-        loadBytes({path, {}}, this, [this](const QByteArray& bytes) { m_pipeline.processDroppedPDF(bytes); });
+    if (isPDFFile(path)) {
+        take({path, {}});
     }
+}
+
+void ContentView::take(const DroppedPDF& pdf) {
+    loadBytes(pdf, this, [this](const QByteArray& bytes) {
+        // Asked now and not before: a slow disk may deliver while another CV is already being corrected.
+        if (!m_intake.sheetIsShowing()) {
+            m_pipeline.processDroppedPDF(bytes);
+        }
+    });
 }
 
 void ContentView::chooseCV() {
@@ -261,7 +270,7 @@ void ContentView::dropEvent(QDropEvent* event) {
     }
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    loadBytes(*dropped, this, [this](const QByteArray& bytes) { m_pipeline.processDroppedPDF(bytes); });
+    take(*dropped);
 }
 
 void ContentView::showSheet() {

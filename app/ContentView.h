@@ -17,6 +17,7 @@ namespace dorvantel {
 
 class CandidateListModel;
 class DropOverlay;
+struct DroppedPDF;
 class ModelService;
 class PDFOpener;
 class RecordsService;
@@ -64,6 +65,7 @@ private:
     QWidget* makeSidebar();
     void makeMenus();
     void chooseCV();
+    void take(const DroppedPDF& pdf);
     QModelIndex selectedIndex() const;
     void select(const QModelIndex& index);
     void showSelection();

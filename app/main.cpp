@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/Application.h"
 #include "app/DorvantelApp.h"
+#include "intake/DroppedPDF.h"
 #include "modelserver/AppSettings.h"
 
 #include <QApplication>
@@ -27,9 +28,15 @@ QString cvFromCommandLine(const QCoreApplication& application) {
     parser.process(application);
 
     const QString path = parser.positionalArguments().value(0);
-    const QFileInfo info(path);
-    if (!path.isEmpty() && !(info.isFile() && info.isReadable())) {
+    if (path.isEmpty()) {
+        return path;
+    }
+    if (!QFileInfo(path).isReadable()) {
         std::fprintf(stderr, "dorvantel: no se puede leer %s\n", qUtf8Printable(path));
+        std::exit(usageError);
+    }
+    if (!isPDFFile(path)) {
+        std::fprintf(stderr, "dorvantel: %s no es un PDF\n", qUtf8Printable(path));
         std::exit(usageError);
     }
     return path;

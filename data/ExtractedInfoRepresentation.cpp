@@ -58,7 +58,12 @@ QStringList textsOfListText(const QString& listText) {
     QString text = trimmed(listText);
     if (text.startsWith(u'[')) {
         if (const std::expected<json, QString> array = parseJson(text)) {
-            return textsOf(*array);
+            QStringList values;
+            for (const QString& value : textsOf(*array)) {
+                values.append(trimmed(value));
+            }
+            values.removeAll(QString());
+            return values;
         }
         text.remove(0, 1);
         if (text.endsWith(u']')) {

@@ -42,8 +42,8 @@ std::optional<DroppedPDF> firstPDF(const QMimeData& data) {
             return DroppedPDF{url.toLocalFile(), {}};
         }
     }
-    if (data.hasFormat(pdfType)) {
-        return DroppedPDF{{}, data.data(pdfType)};
+    if (const QByteArray bytes = data.data(pdfType); !bytes.isEmpty()) {
+        return DroppedPDF{{}, bytes};
     }
     return std::nullopt;
 }

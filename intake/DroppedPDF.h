@@ -28,7 +28,7 @@ bool isPDFFile(const QString& path);
 std::optional<DroppedPDF> firstPDF(const QMimeData& data);
 
 /// Loads the bytes off the UI thread and hands them to `receive` on the thread of `context`. A file that cannot be
-/// read, or is empty of a reader by then, hands nothing to anyone: `receive` is not called.
+/// read hands nothing to anyone: `receive` is not called, nor when `context` is gone by then.
 void loadBytes(const DroppedPDF& dropped, QObject* context, std::function<void(QByteArray)> receive);
 
 } // namespace dorvantel

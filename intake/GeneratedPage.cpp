@@ -33,7 +33,8 @@ void GeneratedPage::addEditor(FormGrid& grid, const QString& label, const QStrin
     SymbolView* warning = grid.addWarning(objectName + u"Warning"_s, true);
     warning->setShown(text.isEmpty());
     connect(editor, &QPlainTextEdit::textChanged, this, [editor, warning, &text] {
-        text = editor->toPlainText();
+        // The plain text would turn no-break spaces into blanks; what was not touched stays as it is.
+        text = editor->document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
         warning->setShown(text.isEmpty());
     });
 }

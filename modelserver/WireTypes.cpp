@@ -194,7 +194,7 @@ std::expected<QByteArray, EncodeError> encode(const OllamaChatRequest& request) 
         for (const std::optional<double>& value : {request.options->temperature, request.options->topP}) {
             if (value && !std::isfinite(*value)) {
                 return std::unexpected(
-                    EncodeError{u"The data couldn’t be written because it isn’t in the correct format."_s});
+                    EncodeError{u"No se han podido escribir los datos porque no tienen el formato correcto."_s});
             }
         }
     }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/HttpSession.h"
 
+#include <QCoreApplication>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
@@ -85,7 +86,7 @@ QString description(const QNetworkReply& reply) {
     }
     if (reply.error() == QNetworkReply::ContentReSendError) {
         // The connection closed before the answer, and a body that is sent once cannot be sent again.
-        return QStringLiteral("Connection closed");
+        return QCoreApplication::translate("QHttp", "Connection closed"); // as Qt words it elsewhere
     }
     return reply.errorString();
 }

@@ -161,6 +161,7 @@ void CriteriaPanel::renewTokenFields() {
 
 QWidget* CriteriaPanel::makeFreeText() {
     m_freeText = new QPlainTextEdit;
+    m_freeText->setAcceptDrops(false); // a CV dropped here is the window's, as everywhere
     m_freeText->setObjectName(u"freeText"_s);
     m_freeText->setAccessibleName(u"Búsqueda no estructurada"_s);
     m_freeText->setFont(textFont(TextStyle::Body));

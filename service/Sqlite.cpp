@@ -123,10 +123,6 @@ std::string_view SqliteStatement::blob(int column) const {
     return {bytes != nullptr ? bytes : "", static_cast<std::size_t>(sqlite3_column_bytes(m_statement.get(), column))};
 }
 
-bool SqliteStatement::isNull(int column) const {
-    return sqlite3_column_type(m_statement.get(), column) == SQLITE_NULL;
-}
-
 SqliteTransaction::SqliteTransaction(const SqliteDatabase& database)
     : m_database(database) {
     m_database.execute("BEGIN IMMEDIATE");

@@ -67,7 +67,6 @@ public:
     std::int64_t number(int column) const;
     std::string_view text(int column) const; ///< holds until the next step
     std::string_view blob(int column) const; ///< holds until the next step
-    bool isNull(int column) const;
 
 private:
     void check(int result) const;

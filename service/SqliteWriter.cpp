@@ -22,11 +22,12 @@ SqliteDatabase openForWriting(const std::string& path) {
     if (sqlite3_db_readonly(database.handle(), "main") != 0) {
         throw SqliteError(SQLITE_READONLY, "the file cannot be written");
     }
+    database.execute("PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON;");
+    // Before the journal mode, which is kept in the file: a file that is refused must stay as it is.
+    migrate(database, migrations());
     if (database.text("PRAGMA journal_mode = WAL") != "wal") {
         throw SqliteError(SQLITE_CANTOPEN, "the file's disk does not allow a write-ahead log");
     }
-    database.execute("PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON;");
-    migrate(database, migrations());
     return database;
 }
 

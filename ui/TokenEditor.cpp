@@ -38,6 +38,7 @@ TokenEditor::TokenEditor(TokenEditorDelegate& delegate, QWidget* parent)
     , m_delegate(delegate)
     , m_content(new QWidget)
     , m_input(new QLineEdit(m_content)) {
+    m_input->setAcceptDrops(false); // what is dropped on a window is for the window
     installTokenAccessibility();
 
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);

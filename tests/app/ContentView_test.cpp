@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QDragEnterEvent>
 #include <QFile>
+#include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
 #include <QMimeData>
@@ -23,6 +24,7 @@
 #include <QStackedWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThreadPool>
 
 #include <gtest/gtest.h>
 
@@ -402,6 +404,37 @@ TEST_F(ContentViewTest, MenuOffersTheFileDialogWithTheUsualKey) {
     auto* dialog = window.findChild<QDialog*>(u"chooseCV"_s);
     ASSERT_TRUE(dialog);
     dialog->reject();
+}
+
+TEST_F(ContentViewTest, ChosenFileThatIsNoPDFIsRefusedAsADropIs) {
+    window.openCV(file(u"cv.txt"_s, "text"));
+    window.openCV(file(u"cv.pdf"_s, "bytes"));
+    ASSERT_TRUE(waitUntil([&] { return pdfs.openings() > 0; }));
+    EXPECT_EQ(pdfs.bytes(0), "bytes");
+}
+
+TEST_F(ContentViewTest, CVThatIsLoadedLateNeverReachesTheSheetOfAnother) {
+    const QString late = file(u"late.pdf"_s, "late");
+    const QString other = file(u"other.pdf"_s, "other");
+    window.openCV(late);
+    window.openCV(other);
+    QThreadPool::globalInstance()->waitForDone();
+    ASSERT_TRUE(waitUntil([&] { return pdfs.openings() > 0; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(pdfs.openings(), 1);
+}
+
+TEST_F(ContentViewTest, PDFDroppedOnTheFreeTextIsTheWindows) {
+    loadThree();
+    click(0);
+    auto* freeText = window.findChild<QWidget*>(u"freeText"_s);
+    ASSERT_TRUE(freeText);
+    for (QWidget* widget : freeText->findChildren<QWidget*>() << freeText) {
+        EXPECT_FALSE(widget->acceptDrops()) << qPrintable(widget->objectName());
+    }
+    for (auto* line : detail()->findChildren<QLineEdit*>()) {
+        EXPECT_FALSE(line->acceptDrops());
+    }
 }
 
 TEST_F(ContentViewTest, NothingIsDroppedWhileTheSheetIsOpen) {

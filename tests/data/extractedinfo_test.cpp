@@ -183,6 +183,11 @@ TEST(ExtractedInfoLists, ArrayWrittenAsATextIsReadAgainWithoutRepetitions) {
     EXPECT_THAT(info.languages, ElementsAre(u"Español"_s, u"Inglés"_s));
 }
 
+TEST(ExtractedInfoLists, ArrayWrittenAsATextIsTrimmedAndWithoutEmptyValues) {
+    EXPECT_THAT(fromAnswer(u"{\"habilidades_tecnicas\":\"[\\\" Java\\\", \\\"\\\", \\\" \\\"]\"}"_s).techSkills,
+                ElementsAre(u"Java"_s));
+}
+
 TEST(ExtractedInfoLists, TextIsSplitAtCommasSemicolonsAndLineBreaks) {
     EXPECT_THAT(fromAnswer(u"{\"habilidades_tecnicas\":\"Qt, C++;CMake\\nGit\\r\\nSQL Server ,, \"}"_s).techSkills,
                 ElementsAre(u"Qt"_s, u"C++"_s, u"CMake"_s, u"Git"_s, u"SQL Server"_s));

@@ -105,6 +105,12 @@ TEST_F(DroppedPDFTest, BytesInTheDragItselfAreTaken) {
     EXPECT_EQ(*received, "%PDF-1.7");
 }
 
+TEST_F(DroppedPDFTest, DragThatPromisesAPDFWithoutBytesIsRefused) {
+    QMimeData data;
+    data.setData(u"application/pdf"_s, "");
+    EXPECT_FALSE(firstPDF(data));
+}
+
 TEST_F(DroppedPDFTest, BytesOfTheFileArrive) {
     std::optional<QByteArray> received;
     loadBytes({file(u"cv.pdf"_s, "bytes"), {}}, qApp, [&](const QByteArray& bytes) { received = bytes; });

@@ -159,6 +159,16 @@ TEST_F(ValidationSheetTest, EmptySummaryAndMailShowTheirOwnMarks) {
     EXPECT_TRUE(warns(u"invitationMail"_s));
 }
 
+TEST_F(ValidationSheetTest, EditingTheMailKeepsItsNoBreakSpaces) {
+    SheetValues values = completeValues();
+    values.invitationMail = u"Estimada Sra.\u00a0Ruiz:\nGracias"_s;
+    extract(values);
+    auto* mail = find<QPlainTextEdit>(u"invitationMail"_s);
+    mail->moveCursor(QTextCursor::End);
+    mail->insertPlainText(u"."_s);
+    EXPECT_EQ(state.values().invitationMail, u"Estimada Sra.\u00a0Ruiz:\nGracias."_s);
+}
+
 TEST_F(ValidationSheetTest, FigureFollowsTheGender) {
     extract();
     EXPECT_EQ(find<QLabel>(u"figure"_s)->text(), womanFigure.toString());

@@ -160,7 +160,7 @@ TEST_F(Chat, TemperatureThatCannotBeSentIsANetworkError) {
     const auto future = service->chat({}, std::nullopt, std::numeric_limits<double>::quiet_NaN());
     ASSERT_TRUE(future.isFinished());
     EXPECT_EQ(localizedDescription(future.result().error()),
-              u"Error de red: The data couldn’t be written because it isn’t in the correct format."_s);
+              u"Error de red: No se han podido escribir los datos porque no tienen el formato correcto."_s);
 }
 
 TEST_F(Chat, EmptyAddressFailsWithATransportError) {

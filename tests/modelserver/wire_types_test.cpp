@@ -262,7 +262,7 @@ TEST(ChatRequest, MessagesKeepTheirOrderAndTheirText) {
 }
 
 TEST(ChatRequest, NumberThatIsNotFiniteCannotBeEncoded) {
-    const EncodeError error{u"The data couldn’t be written because it isn’t in the correct format."_s};
+    const EncodeError error{u"No se han podido escribir los datos porque no tienen el formato correcto."_s};
     OllamaChatRequest request{u"m"_s, {}, false, OllamaOptions{}};
     request.options->temperature = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(encode(request), std::unexpected(error));

@@ -269,6 +269,17 @@ TEST_F(SqliteStoreTest, StoreThatIsNoDatabaseIsRefusedAndLeftAlone) {
     EXPECT_EQ(fs::file_size(folder.store()), 4'096U);
 }
 
+TEST_F(SqliteStoreTest, DatabaseOfAnotherProgramIsRefusedWithItsContentUntouched) {
+    SqliteDatabase(folder.store().string(), SqliteDatabase::Access::ReadWriteCreate).execute("CREATE TABLE mine (x)");
+    const auto bytes = [this] {
+        std::ifstream file(folder.store(), std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    const std::string before = bytes();
+    EXPECT_THROW(SqliteStore(folder.store(), ""), SchemaError);
+    EXPECT_EQ(bytes(), before);
+}
+
 TEST_F(SqliteStoreTest, FolderOrFileInTheWayIsRefused) {
     EXPECT_THROW(SqliteStore(folder.path(), ""), StoreFileError);
     std::ofstream(folder.path() / "file").close();
