@@ -51,12 +51,18 @@ private:
         }
     }
 
+    /// Below `limit`; small numbers come far more often, as a few skills stand in most CVs and most skills in few.
+    unsigned skewed(int limit) {
+        const double part = static_cast<double>(m_random() % 65'536) / 65'536;
+        return static_cast<unsigned>(limit * part * part * part);
+    }
+
     void values(const char* key, const char* prefix, int distinct, int count) {
         m_out += key;
         for (int i = 0; i < count; ++i) {
             m_out += i == 0 ? "\"" : ",\"";
             m_out += prefix;
-            m_out += std::to_string(m_random() % static_cast<unsigned>(distinct)).c_str();
+            m_out += std::to_string(skewed(distinct)).c_str();
             m_out += '"';
         }
         m_out += ']';

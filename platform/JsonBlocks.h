@@ -5,7 +5,6 @@
 #include <QtEndian>
 #include <QtGlobal>
 
-#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -13,9 +12,9 @@
 #include <emmintrin.h>
 #endif
 
-// The bytes of a JSON string, several at a time. A plain byte stands for itself in the string and is one UTF-16 unit:
-// ASCII without control characters, quotes and backslashes. Which block is used is the compiler's target's choice, not
-// the running processor's; both are exact, and tests hold them against each other.
+// The bytes of a JSON string, several at a time. What is found out about them comes as a mask with one bit a byte, the
+// first byte lowest. Which block is used is the compiler's target's choice, not the running processor's; both are
+// exact, and tests hold them against each other.
 
 namespace dorvantel {
 
@@ -27,16 +26,15 @@ public:
     explicit PortableBlock(const char* at)
         : m_bytes(qFromLittleEndian<std::uint64_t>(at)) {}
 
-    /// How many bytes before the first that is not plain; `size` when all are.
-    qsizetype plain() const {
-        // For bytes below 128, `bytes - n` borrows into the high bit exactly when the byte is below n. A borrow can
-        // only flag bytes behind the first one that is special, so the first flag is right.
-        const std::uint64_t special = (m_bytes - 0x20 * everyByte) | ((m_bytes ^ ('"' * everyByte)) - everyByte) |
-                                      ((m_bytes ^ ('\\' * everyByte)) - everyByte) | m_bytes;
-        return std::countr_zero(special & (0x80 * everyByte)) / 8;
+    /// Quotes, backslashes and control characters: what does not stand for itself in a string.
+    std::uint64_t special() const {
+        const std::uint64_t printable = (m_bytes & everyLowBits) + 0x60 * everyByte;
+        return mask((~printable & ~m_bytes) | equal('"') | equal('\\'));
     }
+    /// The bytes of characters that have several.
+    std::uint64_t multibyte() const { return mask(m_bytes); }
 
-    /// Writes all bytes as units, of which only the plain ones are right.
+    /// Writes each byte as the UTF-16 unit of the same number, which is right for ASCII.
     void widen(char16_t* out) const {
         for (qsizetype i = 0; i < size; ++i) {
             out[i] = static_cast<char16_t>(m_bytes >> 8 * i & 0xFF);
@@ -45,6 +43,16 @@ public:
 
 private:
     static constexpr std::uint64_t everyByte = 0x0101'0101'0101'0101;
+    static constexpr std::uint64_t everyLowBits = 0x7F7F'7F7F'7F7F'7F7F;
+
+    /// Sets the high bit of the bytes that are `c`.
+    std::uint64_t equal(char c) const {
+        const std::uint64_t difference = m_bytes ^ static_cast<unsigned char>(c) * everyByte;
+        return ~(((difference & everyLowBits) + everyLowBits) | difference);
+    }
+    /// The high bits of the bytes, gathered by a multiplication that moves each to a place of its own.
+    static std::uint64_t mask(std::uint64_t flags) { return ((flags >> 7 & everyByte) * 0x0102'0408'1020'4080) >> 56; }
+
     std::uint64_t m_bytes;
 };
 
@@ -56,13 +64,13 @@ public:
 
     explicit VectorBlock(const char* at) { std::memcpy(&m_bytes, at, sizeof m_bytes); }
 
-    qsizetype plain() const {
-        // The comparison is signed: bytes from 128 on count as negative, and so as special.
-        const __m128i special = _mm_or_si128(
-            _mm_cmplt_epi8(m_bytes, _mm_set1_epi8(0x20)),
-            _mm_or_si128(_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8('"')), _mm_cmpeq_epi8(m_bytes, _mm_set1_epi8('\\'))));
-        return std::countr_zero(static_cast<unsigned>(_mm_movemask_epi8(special)) | 1U << size);
+    std::uint64_t special() const {
+        const __m128i control = _mm_cmpeq_epi8(m_bytes, _mm_min_epu8(m_bytes, _mm_set1_epi8(0x1F)));
+        const __m128i quote = _mm_cmpeq_epi8(m_bytes, _mm_set1_epi8('"'));
+        const __m128i backslash = _mm_cmpeq_epi8(m_bytes, _mm_set1_epi8('\\'));
+        return mask(_mm_or_si128(control, _mm_or_si128(quote, backslash)));
     }
+    std::uint64_t multibyte() const { return mask(m_bytes); }
 
     void widen(char16_t* out) const {
         const __m128i low = _mm_unpacklo_epi8(m_bytes, _mm_setzero_si128());
@@ -72,6 +80,8 @@ public:
     }
 
 private:
+    static std::uint64_t mask(__m128i flags) { return static_cast<unsigned>(_mm_movemask_epi8(flags)); }
+
     __m128i m_bytes;
 };
 

@@ -19,11 +19,10 @@ std::optional<char32_t> hexUnit(const char* at, const char* end) {
     for (int i = 0; i < 4; ++i) {
         const char c = at[i];
         const char lower = static_cast<char>(c | 0x20);
-        const bool isDigit = c >= '0' && c <= '9';
-        if (!isDigit && (lower < 'a' || lower > 'f')) {
+        if (!isDigit(c) && (lower < 'a' || lower > 'f')) {
             return std::nullopt;
         }
-        unit = unit * 16 + static_cast<char32_t>(isDigit ? c - '0' : lower - 'a' + 10);
+        unit = unit * 16 + static_cast<char32_t>(isDigit(c) ? c - '0' : lower - 'a' + 10);
     }
     return unit;
 }

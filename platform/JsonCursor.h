@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/TextBlocks.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
 
+#include <iterator>
 #include <string_view>
 #include <vector>
 
@@ -37,6 +40,7 @@ public:
     bool boolean();
     std::string_view number(); ///< its digits and signs as they stand in the text
     QString string();
+    QString string(TextBlocks& blocks); ///< the same, made in `blocks`
     RawString rawString();
 
     /// The same without a look at whether it is UTF-8. For who knows the bytes already, or asks for their `text`.
@@ -84,18 +88,109 @@ private:
     void skipBlanks();
     void skipScalar(Kind kind);
     bool digits();
-    bool skipPlain();
     bool openString();
-    QString restOfString();
+    void skipOrdinary(bool& isAscii);
+    template <typename Memory>
+    qsizetype restOfString(Memory& memory);
+    QString copied(qsizetype units) const;
     bool literal(std::string_view word);
     bool fail();
+
+    /// Where a string is read before it is copied.
+    class Units {
+    public:
+        char16_t* room(qsizetype, qsizetype units) {
+            if (std::ssize(m_units) < units) {
+                m_units.resize(static_cast<std::size_t>(2 * units));
+            }
+            return m_units.data();
+        }
+        const QChar* text() const { return reinterpret_cast<const QChar*>(m_units.data()); }
+
+    private:
+        std::vector<char16_t> m_units;
+    };
 
     const char* m_begin;
     const char* m_at;
     const char* m_end;
     bool m_failed = false;
-    std::vector<char16_t> m_units = std::vector<char16_t>(1024); ///< room for of the string being read
-    QByteArray m_key;                                            ///< of the last key that had escapes
+    Units m_units;
+    QByteArray m_key; ///< the last key that had escapes
 };
+
+inline void JsonCursor::skipBlanks() {
+    while (m_at != m_end && (*m_at == ' ' || *m_at == '\n' || *m_at == '\r' || *m_at == '\t')) {
+        ++m_at;
+    }
+}
+
+inline JsonCursor::Kind JsonCursor::next() {
+    skipBlanks();
+    switch (m_at == m_end ? '\0' : *m_at) {
+    case '"':
+        return Kind::String;
+    case '{':
+        return Kind::Object;
+    case '[':
+        return Kind::Array;
+    case 't':
+    case 'f':
+        return Kind::Boolean;
+    case 'n':
+        return Kind::Null;
+    case '-':
+    case '0':
+    case '1':
+    case '2':
+    case '3':
+    case '4':
+    case '5':
+    case '6':
+    case '7':
+    case '8':
+    case '9':
+        return Kind::Number;
+    default:
+        fail();
+        return Kind::Invalid;
+    }
+}
+
+inline bool JsonCursor::openString() {
+    skipBlanks();
+    if (m_at == m_end || *m_at != '"') {
+        return fail();
+    }
+    ++m_at;
+    return true;
+}
+
+inline bool JsonCursor::open(char opening, char closing) {
+    skipBlanks();
+    if (m_at == m_end || *m_at != opening) {
+        return fail();
+    }
+    ++m_at;
+    skipBlanks();
+    if (m_at != m_end && *m_at == closing) {
+        ++m_at;
+        return false;
+    }
+    return true;
+}
+
+inline bool JsonCursor::another(char closing) {
+    skipBlanks();
+    if (m_at != m_end && *m_at == ',') {
+        ++m_at;
+        return true;
+    }
+    if (m_at == m_end || *m_at != closing) {
+        return fail();
+    }
+    ++m_at;
+    return false;
+}
 
 } // namespace dorvantel

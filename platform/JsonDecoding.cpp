@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/JsonDecoding.h"
 
+#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -36,9 +37,15 @@ DecodeError doesNotFit(std::string_view number, const char* typeName) {
         QString::fromLatin1(number.data(), static_cast<qsizetype>(number.size())), QLatin1String(typeName)));
 }
 
-/// What a number of the text is worth; infinite beyond a double's range.
+/// What a number of the text is worth; infinite beyond a double's range. (Qt gives 0 for too much as for too little.)
 double value(std::string_view number) {
-    return QByteArrayView(number.data(), static_cast<qsizetype>(number.size())).toDouble();
+    long double worth = 0;
+    const auto read = std::from_chars(number.data(), number.data() + number.size(), worth);
+    if (read.ec == std::errc::result_out_of_range) {
+        const bool isTiny = number.find("e-") != number.npos || number.find("E-") != number.npos;
+        return isTiny ? 0 : std::numeric_limits<double>::infinity();
+    }
+    return static_cast<double>(worth);
 }
 
 } // namespace
@@ -51,11 +58,7 @@ DecodeError notJson(const JsonCursor& cursor) {
     return corrupted(u"The body is not valid JSON: error at byte %1."_s.arg(cursor.position()));
 }
 
-JsonFailure expectKind(JsonCursor& cursor, JsonCursor::Kind kind, const char* typeName) {
-    const JsonCursor::Kind found = cursor.next();
-    if (found == kind) {
-        return std::nullopt;
-    }
+JsonFailure wrongKind(JsonCursor& cursor, JsonCursor::Kind found, const char* typeName) {
     cursor.skip();
     const bool isNull = found == JsonCursor::Kind::Null;
     const QLatin1String type(typeName);

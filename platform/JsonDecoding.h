@@ -28,9 +28,15 @@ namespace dorvantel {
 /// Why a value could not be read; none when it was. The path goes from the value on which the reading began.
 using JsonFailure = std::optional<DecodeError>;
 
+/// Passes over the value that comes next, of which the kind is `found` and not what was expected.
+JsonFailure wrongKind(JsonCursor& cursor, JsonCursor::Kind found, const char* typeName);
+
 /// Checks the kind of the value that comes next. On another kind the value is passed over and the failure given back:
 /// null is "value not found", anything else a type mismatch. `typeName` is what the log calls the expected type.
-JsonFailure expectKind(JsonCursor& cursor, JsonCursor::Kind kind, const char* typeName);
+inline JsonFailure expectKind(JsonCursor& cursor, JsonCursor::Kind kind, const char* typeName) {
+    const JsonCursor::Kind found = cursor.next();
+    return found == kind ? std::nullopt : wrongKind(cursor, found, typeName);
+}
 
 JsonFailure readJson(JsonCursor& cursor, QString& out);
 JsonFailure readJson(JsonCursor& cursor, QStringList& out);
@@ -77,16 +83,12 @@ struct JsonMember {
     bool found = false;
     JsonFailure failure{};
 
-    bool take(std::string_view name, JsonCursor& cursor) {
-        if (name != key) {
-            return false;
-        }
+    void take(JsonCursor& cursor) {
         found = true;
         failure = read(cursor);
         if (failure) {
             failure->path.prepend(keyText());
         }
-        return true;
     }
 
     JsonFailure outcome() {
@@ -140,7 +142,8 @@ JsonFailure readObject(JsonCursor& cursor, Members... members) {
         return failure;
     }
     cursor.members([&](std::string_view key) {
-        if (!(members.take(key, cursor) || ...)) {
+        const bool isKnown = ((key == members.key && (members.take(cursor), true)) || ...);
+        if (!isKnown) {
             cursor.skip();
         }
     });

@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
+#include <bit>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
@@ -21,14 +23,19 @@ namespace dorvantel {
 /// whose strings never repeat costs no memory and hardly any time.
 class SharedStrings {
 public:
+    explicit SharedStrings(qsizetype bodySize) {
+        constexpr std::size_t bytesPerSlot = 512;
+        const std::size_t wanted = static_cast<std::size_t>(bodySize) / bytesPerSlot;
+        m_slots.resize(std::bit_ceil(std::clamp<std::size_t>(wanted, 256, 8'192)));
+    }
+
     /// Reads the string that comes next.
     QString read(JsonCursor& cursor) {
         const JsonCursor::RawString raw = cursor.uncheckedString();
         if (cursor.failed() || raw.bytes.size() > longest) {
             return cursor.text(raw);
         }
-        const std::size_t hash = std::hash<std::string_view>{}(raw.bytes);
-        Slot& slot = m_slots[hash % m_slots.size()];
+        Slot& slot = m_slots[slotOf(raw.bytes)];
         if (!slot.holds(raw.bytes)) {
             slot = Slot(raw.bytes, cursor.text(raw));
         }
@@ -54,7 +61,24 @@ private:
     };
     static_assert(sizeof(Slot) == 64);
 
-    std::vector<Slot> m_slots = std::vector<Slot>(16'384);
+    /// From the ends of the spelling and its length, which tell the values of a catalogue apart well enough.
+    std::size_t slotOf(std::string_view bytes) const {
+        std::uint64_t head = 0;
+        std::uint64_t tail = 0;
+        if (bytes.size() >= sizeof head) {
+            std::memcpy(&head, bytes.data(), sizeof head);
+            std::memcpy(&tail, bytes.data() + bytes.size() - sizeof tail, sizeof tail);
+        } else {
+            for (const char c : bytes) {
+                head = head << 8 | static_cast<unsigned char>(c);
+            }
+        }
+        constexpr std::uint64_t odd = 0x9E37'79B9'7F4A'7C15;
+        const std::uint64_t mixed = (head * odd + std::rotl(tail, 23) + bytes.size()) * odd;
+        return (mixed >> 40) & (m_slots.size() - 1);
+    }
+
+    std::vector<Slot> m_slots; ///< a power of two
 };
 
 } // namespace dorvantel

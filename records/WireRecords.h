@@ -39,7 +39,7 @@ struct FileResponse {
 };
 
 /// A list answer, `{"response": […]}`, as the candidates made of its records. Values that come back in many records
-/// (genders, professions, skills, languages) share their memory.
+/// (genders, professions, skills, languages) share their memory, and the other texts stand in few large blocks.
 std::expected<std::vector<DBRecordPointer>, DecodeError> decodeQueryResponse(QByteArrayView body);
 
 std::expected<FileResponse, DecodeError> decodeFileResponse(QByteArrayView body);
