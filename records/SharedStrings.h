@@ -75,7 +75,7 @@ private:
         }
         constexpr std::uint64_t odd = 0x9E37'79B9'7F4A'7C15;
         const std::uint64_t mixed = (head * odd + std::rotl(tail, 23) + bytes.size()) * odd;
-        return (mixed >> 40) & (m_slots.size() - 1);
+        return (mixed >> 32) & (m_slots.size() - 1);
     }
 
     std::vector<Slot> m_slots; ///< a power of two
