@@ -429,8 +429,9 @@ TEST_F(ContentViewTest, PDFDroppedOnTheFreeTextIsTheWindows) {
     click(0);
     auto* freeText = window.findChild<QWidget*>(u"freeText"_s);
     ASSERT_TRUE(freeText);
-    for (QWidget* widget : freeText->findChildren<QWidget*>() << freeText) {
-        EXPECT_FALSE(widget->acceptDrops()) << qPrintable(widget->objectName());
+    EXPECT_FALSE(freeText->acceptDrops());
+    for (const QWidget* part : freeText->findChildren<QWidget*>()) {
+        EXPECT_FALSE(part->acceptDrops()) << qPrintable(part->objectName());
     }
     for (auto* line : detail()->findChildren<QLineEdit*>()) {
         EXPECT_FALSE(line->acceptDrops());
