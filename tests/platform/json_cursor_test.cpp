@@ -143,7 +143,8 @@ TEST(JsonCursor, StringsAreReadWhateverTheirLengthAndPlace) {
             QByteArray spelling = expected.toUtf8();
             spelling.replace('\\', "\\\\").replace('"', "\\\"").replace('\n', "\\n").replace('\x01', "\\u0001");
             ASSERT_EQ(read('"' + spelling + '"'), expected);
-            JsonCursor cursor("[\""_ba + spelling + "\"," + QByteArray(200, ' ') + "1]");
+            const QByteArray list = "[\""_ba + spelling + "\"," + QByteArray(200, ' ') + "1]";
+            JsonCursor cursor(list);
             QStringList texts;
             cursor.elements([&] {
                 if (cursor.next() == Kind::String) {
