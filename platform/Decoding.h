@@ -26,7 +26,8 @@ struct DecodeError {
 /// The path as a list literal: `["response", "Index 0", "name"]`, `[]` for the document itself.
 QString codingPathText(const QStringList& path);
 
-/// One sentence for people, in the language of the interface; what an error alert or a one-line log entry shows of a decoding error.
+/// One sentence for people, in the language of the interface; what an error alert or a one-line log entry shows of a
+/// decoding error.
 QString localizedDescription(const DecodeError& error);
 
 /// The whole error on one line, for logs that have no detail lines.

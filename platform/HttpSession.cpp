@@ -19,7 +19,7 @@ public:
     void read(QNetworkReply& reply) {
         if (m_body.isEmpty()) {
             // A length that a server only claims must not cost memory before the bytes come.
-            constexpr qint64 largestReserve = 64 * 1024 * 1024;
+            constexpr qint64 largestReserve = qint64{64} * 1024 * 1024;
             const qint64 announced = reply.header(QNetworkRequest::ContentLengthHeader).toLongLong();
             m_body.reserve(std::clamp<qint64>(announced, 0, largestReserve) + 64);
         }

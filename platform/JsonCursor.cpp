@@ -51,7 +51,11 @@ bool JsonCursor::digits() {
 std::string_view JsonCursor::number() {
     skipBlanks();
     const char* const first = m_at;
-    const auto take = [this](char a, char b) { return m_at != m_end && (*m_at == a || *m_at == b) && (++m_at, true); };
+    const auto take = [this](char a, char b) {
+        const bool isThere = m_at != m_end && (*m_at == a || *m_at == b);
+        m_at += isThere ? 1 : 0;
+        return isThere;
+    };
     take('-', '-');
     // A zero stands alone: "01" leaves the 1 to whoever expects a comma or the end.
     if (!take('0', '0') && !digits()) {

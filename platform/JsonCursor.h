@@ -96,7 +96,7 @@ private:
     bool literal(std::string_view word);
     bool fail();
 
-    /// Where a string is read before it is copied.
+    /// Where a string's units stand before they are copied.
     class Units {
     public:
         char16_t* room(qsizetype, qsizetype units) {

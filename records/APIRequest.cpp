@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Up to this many bytes, going to another thread and back takes longer than the work.
-constexpr qsizetype smallBody = 64 * 1024;
+constexpr qsizetype smallBody = qsizetype{64} * 1024;
 
 /// A URL that only a wrong constant could keep from parsing.
 QUrl trustedUrl(const QString& text) {

@@ -150,7 +150,7 @@ qsizetype LazyRowList::currentRow() const {
 
 void LazyRowList::keyPressEvent(QKeyEvent* event) {
     if (count() == 0) {
-        QWidget::keyPressEvent(event);
+        event->ignore();
         return;
     }
     const qsizetype current = currentRow();
@@ -175,7 +175,7 @@ void LazyRowList::keyPressEvent(QKeyEvent* event) {
         wanted = count() - 1;
         break;
     default:
-        QWidget::keyPressEvent(event);
+        event->ignore();
         return;
     }
     focusRow(std::clamp<qsizetype>(wanted, 0, count() - 1), Qt::OtherFocusReason);

@@ -11,7 +11,7 @@ namespace dorvantel::service {
 namespace {
 
 /// Large enough that the cost of a block does not count, small enough that many answers at once cost nothing.
-constexpr std::size_t blockSize = 64 * 1024;
+constexpr std::size_t blockSize = std::size_t{64} * 1024;
 
 void appendRow(std::string& out, const Row& row, bool withScore) {
     out += '{';

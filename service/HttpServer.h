@@ -25,7 +25,7 @@ public:
     struct Settings {
         std::string host = "127.0.0.1";
         int port = 8765;                           ///< 0: a free one
-        std::size_t bodyLimit = 64U * 1024 * 1024; ///< in bytes; a larger body is 413
+        std::size_t bodyLimit = std::size_t{64} * 1024 * 1024; ///< in bytes; a larger body is 413
     };
 
     /// `log` is called on any thread, with lines that hold nothing of any record.

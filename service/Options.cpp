@@ -12,7 +12,7 @@ namespace {
 
 using Error = std::expected<void, std::string>;
 
-constexpr std::size_t megabyte = 1024 * 1024;
+constexpr std::size_t megabyte = std::size_t{1024} * 1024;
 constexpr std::size_t largestBodyLimit = 1024;
 
 constexpr std::array<OptionText, 7> allOptions{{

@@ -47,6 +47,7 @@ void SqliteReader::endSnapshot() noexcept {
         m_end.run();
     } catch (const SqliteError&) {
         // An error may have ended the transaction before; a reader has nothing to lose by it.
+        m_end.reset();
     }
 }
 

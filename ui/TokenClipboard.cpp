@@ -28,10 +28,6 @@ QStringList decoded(const QByteArray& bytes) {
 
 } // namespace
 
-bool endsTokens(const QString& text) {
-    return lastTokenEnd(text) >= 0;
-}
-
 qsizetype lastTokenEnd(const QString& text) {
     return text.lastIndexOf(ends());
 }
@@ -57,7 +53,7 @@ QStringList tokensInMimeData(const QMimeData& data) {
     if (data.hasFormat(tokensFormat)) {
         return decoded(data.data(tokensFormat));
     }
-    return endsTokens(data.text()) ? tokenTexts(data.text()) : QStringList();
+    return lastTokenEnd(data.text()) >= 0 ? tokenTexts(data.text()) : QStringList();
 }
 
 } // namespace dorvantel

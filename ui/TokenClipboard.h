@@ -12,8 +12,6 @@ namespace dorvantel {
 
 /// How texts become tokens and tokens texts. A comma, a line break and a tab end a token.
 
-bool endsTokens(const QString& text);
-
 /// Where the last of those characters stands; -1 without one.
 qsizetype lastTokenEnd(const QString& text);
 
