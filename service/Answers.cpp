@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "service/Answers.h"
 
+#include "platform/JsonEscaping.h"
 #include "service/JsonText.h"
 
 #include <utility>
@@ -101,6 +102,17 @@ std::unique_ptr<AnswerBody> searchAnswer(std::string_view sql, std::unique_ptr<R
     std::string opening = "{";
     appendJSONField(opening, "sql", sql);
     return std::make_unique<RowsAnswer>(opening + ",\"result\":[", std::move(rows), true);
+}
+
+std::string healthJSON(const StoreStatus& status) {
+    std::string out = R"({"status":"ok","records":)" + std::to_string(status.records) + R"(,"vectorsPending":)" +
+                      std::to_string(status.vectorsPending) + R"(,"embeddingModel":)";
+    if (status.embeddingModel.empty()) {
+        out += "null";
+    } else {
+        appendJsonString(out, status.embeddingModel);
+    }
+    return out + R"(,"storeBytes":)" + std::to_string(status.bytes) + "}";
 }
 
 std::unique_ptr<AnswerBody> fileAnswer(std::string bytes) {

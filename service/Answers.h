@@ -15,6 +15,9 @@ std::unique_ptr<AnswerBody> listAnswer(std::unique_ptr<Rows> rows);
 /// `{"sql":…,"result":[…]}`: the candidates with their score.
 std::unique_ptr<AnswerBody> searchAnswer(std::string_view sql, std::unique_ptr<Rows> rows);
 
+/// `{"status":"ok",…}`: the state of a service whose store answers.
+std::string healthJSON(const StoreStatus& status);
+
 /// `{"file":[…]}`: one number a byte.
 std::unique_ptr<AnswerBody> fileAnswer(std::string bytes);
 

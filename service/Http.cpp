@@ -7,7 +7,7 @@
 namespace dorvantel::service {
 
 HttpAnswer errorAnswer(int status, std::string_view message) {
-    return {.status = status, .body = errorJSON(message)};
+    return {.status = status, .body = errorJSON(message), .error = std::string(message)};
 }
 
 HttpAnswer errorAnswer(const StoreError& error) {

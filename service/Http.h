@@ -39,7 +39,8 @@ public:
 
 struct HttpAnswer {
     int status = 200;
-    std::string body = {}; ///< JSON; empty where `stream` is set or the status allows none
+    std::string body = {};  ///< JSON; empty where `stream` is set or the status allows none
+    std::string error = {}; ///< of an error: the sentence that its body carries
     std::shared_ptr<AnswerBody> stream = nullptr;
     std::string allow = {}; ///< the methods of the route, with 405
 };

@@ -232,7 +232,7 @@ HttpAnswer HttpServer::answer(HttpRequest request, const ReadBody& readBody, boo
     }
     HttpAnswer answer = m_api->answer(*operation, request);
     if (answer.status >= 500) {
-        m_log(answer.body);
+        m_log(answer.error);
     }
     return answer;
 }

@@ -24,7 +24,7 @@ class HttpServer {
 public:
     struct Settings {
         std::string host = "127.0.0.1";
-        int port = 8765;                           ///< 0: a free one
+        int port = 8765;                                       ///< 0: a free one
         std::size_t bodyLimit = std::size_t{64} * 1024 * 1024; ///< in bytes; a larger body is 413
     };
 

@@ -2,42 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "service/JsonText.h"
 
+#include "platform/JsonEscaping.h"
+
 #include <array>
 #include <charconv>
 
 namespace dorvantel::service {
 
 namespace {
-
-bool needsEscape(char character) {
-    return static_cast<unsigned char>(character) < 0x20 || character == '"' || character == '\\';
-}
-
-void appendEscaped(std::string& out, char character) {
-    switch (character) {
-    case '"':
-        out += "\\\"";
-        return;
-    case '\\':
-        out += "\\\\";
-        return;
-    case '\n':
-        out += "\\n";
-        return;
-    case '\r':
-        out += "\\r";
-        return;
-    case '\t':
-        out += "\\t";
-        return;
-    default:
-        break;
-    }
-    constexpr char digits[] = "0123456789abcdef";
-    out += "\\u00";
-    out += digits[static_cast<unsigned char>(character) >> 4];
-    out += digits[static_cast<unsigned char>(character) & 0xF];
-}
 
 /// "0" to "255", each with the comma before it.
 std::array<std::string, 256> makeNumberTexts() {
@@ -54,31 +26,17 @@ void appendList(std::string& out, const std::vector<std::string>& values) {
         if (i > 0) {
             out += ',';
         }
-        appendJSONString(out, values[i]);
+        appendJsonString(out, values[i]);
     }
     out += ']';
 }
 
 } // namespace
 
-void appendJSONString(std::string& out, std::string_view utf8) {
-    out += '"';
-    std::size_t plainFrom = 0;
-    for (std::size_t i = 0; i < utf8.size(); ++i) {
-        if (needsEscape(utf8[i])) {
-            out += utf8.substr(plainFrom, i - plainFrom);
-            appendEscaped(out, utf8[i]);
-            plainFrom = i + 1;
-        }
-    }
-    out += utf8.substr(plainFrom);
-    out += '"';
-}
-
 void appendJSONField(std::string& out, std::string_view key, std::string_view utf8) {
-    appendJSONString(out, key);
+    appendJsonString(out, key);
     out += ':';
-    appendJSONString(out, utf8);
+    appendJsonString(out, utf8);
 }
 
 void appendByteNumbers(std::string& out, std::string_view bytes) {

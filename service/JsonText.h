@@ -9,9 +9,7 @@
 
 namespace dorvantel::service {
 
-/// Appends `utf8` as a JSON string, quotes included. Answers are built from these appends straight into the block that
-/// goes out, because a list may be larger than memory.
-void appendJSONString(std::string& out, std::string_view utf8);
+// Answers are built from these appends straight into the block that goes out, because a list may be larger than memory.
 
 /// Appends `"key":` and the text as a JSON string.
 void appendJSONField(std::string& out, std::string_view key, std::string_view utf8);

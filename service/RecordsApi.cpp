@@ -14,14 +14,16 @@ namespace dorvantel::service {
 namespace {
 
 constexpr std::string_view collection = "/curriculums";
+constexpr std::string_view healthPath = "/health";
 constexpr std::string_view fileSuffix = "/file";
 
-constexpr std::array<Route, 5> allRoutes{{
+constexpr std::array<Route, 6> allRoutes{{
     {"GET", "/curriculums", Operation::List},
     {"POST", "/curriculums", Operation::Insert},
     {"POST", "/curriculums/search", Operation::Search},
     {"GET", "/curriculums/KEY/file", Operation::FetchPDF},
     {"DELETE", "/curriculums/KEY", Operation::Delete},
+    {"GET", "/health", Operation::Health},
 }};
 
 std::string percentDecoded(std::string_view text) {
@@ -71,6 +73,12 @@ std::expected<RoutedOperation, HttpAnswer> route(std::string_view method, std::s
         }
         return std::unexpected(wrongMethod("GET, POST"));
     }
+    if (path == healthPath) {
+        if (method == "GET") {
+            return RoutedOperation{Operation::Health};
+        }
+        return std::unexpected(wrongMethod("GET"));
+    }
     if (!path.starts_with(std::string(collection) + "/")) {
         return std::unexpected(errorAnswer(404, "there is nothing at this address"));
     }
@@ -105,9 +113,19 @@ HttpAnswer RecordsApi::answer(const RoutedOperation& operation, HttpRequest& req
     case Operation::FetchPDF:
         return fetchPDF(operation.key);
     case Operation::Delete:
+        return remove(operation.key, request);
+    case Operation::Health:
         break;
     }
-    return remove(operation.key, request);
+    return health();
+}
+
+HttpAnswer RecordsApi::health() const {
+    const auto status = m_store.status();
+    if (!status) {
+        return errorAnswer(status.error());
+    }
+    return {.status = 200, .body = healthJSON(*status)};
 }
 
 HttpAnswer RecordsApi::list() const {

@@ -13,7 +13,7 @@
 namespace dorvantel::service {
 
 /// Which of the operations a request asks for.
-enum class Operation { List, Insert, Search, FetchPDF, Delete };
+enum class Operation { List, Insert, Search, FetchPDF, Delete, Health };
 
 struct Route {
     std::string_view method;
@@ -43,6 +43,7 @@ public:
     HttpAnswer answer(const RoutedOperation& operation, HttpRequest& request) const;
 
 private:
+    HttpAnswer health() const;
     HttpAnswer list() const;
     HttpAnswer insert(std::string& body) const;
     HttpAnswer search(std::string& body) const;

@@ -79,6 +79,15 @@ void checkReferences(const SqliteDatabase& database) {
 
 } // namespace
 
+bool isStoreHeader(std::string_view header) {
+    // Both are part of SQLite's file format, so the file need not be opened as a database to look.
+    constexpr std::string_view magic("SQLite format 3\0", 16);
+    constexpr std::size_t applicationIdOffset = 68;
+    constexpr std::string_view idBytes = "Dorv";
+    return header.size() == storeHeaderSize && header.starts_with(magic) &&
+           header.substr(applicationIdOffset, idBytes.size()) == idBytes;
+}
+
 std::span<const Migration> migrations() {
     return allMigrations;
 }

@@ -15,6 +15,12 @@ using Migration = const char*;
 /// All steps since the empty file; their count is the newest version. Steps that were released never change.
 std::span<const Migration> migrations();
 
+/// How many bytes at the start of a file tell whose it is.
+constexpr std::size_t storeHeaderSize = 100;
+
+/// Whether a file that begins like this is a store of this program, of whatever version.
+bool isStoreHeader(std::string_view header);
+
 /// Why a file is no store that this program can use.
 class SchemaError : public std::runtime_error {
 public:

@@ -29,7 +29,8 @@ SqliteReader::SqliteReader(const std::string& path)
     , m_pdf(m_database, "SELECT pdf.record IS NOT NULL, pdf.bytes FROM record LEFT JOIN pdf ON pdf.record = record.id "
                         "WHERE record.email = ?")
     , m_queued(m_database, "SELECT id, profession, summary, cv_json FROM embedding_queue JOIN record ON id = record "
-                           "WHERE record > ? ORDER BY record LIMIT 1") {}
+                           "WHERE record > ? ORDER BY record LIMIT 1")
+    , m_counts(m_database, "SELECT (SELECT count(*) FROM record), (SELECT count(*) FROM embedding_queue)") {}
 
 void SqliteReader::beginSnapshot() {
     m_begin.run();
@@ -37,7 +38,7 @@ void SqliteReader::beginSnapshot() {
 }
 
 void SqliteReader::endSnapshot() noexcept {
-    for (SqliteStatement* const statement : {&m_list, &m_byId, &m_pdf, &m_queued}) {
+    for (SqliteStatement* const statement : {&m_list, &m_byId, &m_pdf, &m_queued, &m_counts}) {
         statement->reset();
     }
     while (m_traits.size() > keptTraitStatements) {

@@ -25,6 +25,7 @@ public:
     SqliteStatement& list() { return m_list; }     ///< every candidate, in the order of insertion
     SqliteStatement& byId() { return m_byId; }     ///< the same columns of one version
     SqliteStatement& pdf() { return m_pdf; }       ///< the PDF (or null) of an e-mail
+    SqliteStatement& counts() { return m_counts; } ///< of the candidates, and of those in the queue for vectors
     SqliteStatement& queued() { return m_queued; } ///< the next one in the queue for vectors behind an id
     /// The versions that have a value, by rising id; one statement for each condition of a plan.
     SqliteStatement& trait(std::size_t index);
@@ -38,6 +39,7 @@ private:
     SqliteStatement m_byId;
     SqliteStatement m_pdf;
     SqliteStatement m_queued;
+    SqliteStatement m_counts;
     std::deque<SqliteStatement> m_traits; ///< a deque: the statements must not move
 };
 

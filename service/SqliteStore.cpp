@@ -245,6 +245,22 @@ Stored<std::unique_ptr<Rows>> SqliteStore::runRanked(const Plan& plan, std::vect
     });
 }
 
+Stored<StoreStatus> SqliteStore::status() {
+    return guarded([&] {
+        StoreStatus status{.embeddingModel = m_model};
+        const auto reader = m_readers.take();
+        reader->counts().step();
+        status.records = reader->counts().number(0);
+        status.vectorsPending = reader->counts().number(1);
+        for (const char* const suffix : {"", "-wal"}) {
+            std::error_code missing;
+            const auto size = std::filesystem::file_size(m_file.path().string() + suffix, missing);
+            status.bytes += missing ? 0 : size;
+        }
+        return status;
+    });
+}
+
 Stored<std::optional<Unembedded>> SqliteStore::nextUnembedded(std::int64_t afterId) {
     return guarded([&]() -> std::optional<Unembedded> {
         const auto reader = m_readers.take();

@@ -26,6 +26,7 @@ public:
     Stored<bool> remove(std::string_view email) override;
     Stored<std::optional<StoredPDF>> pdf(std::string_view email) override;
     Stored<std::unique_ptr<Rows>> run(const Plan& plan) override;
+    Stored<StoreStatus> status() override;
     Stored<std::optional<Unembedded>> nextUnembedded(std::int64_t afterId) override;
     Stored<bool> putVector(std::int64_t id, const std::vector<float>& vector) override;
 

@@ -59,6 +59,14 @@ struct StoredPDF {
     std::optional<std::string> bytes;
 };
 
+/// What an operator wants to know of a store.
+struct StoreStatus {
+    std::int64_t records = 0;        ///< candidates, without their earlier versions
+    std::int64_t vectorsPending = 0; ///< candidates that wait for a vector
+    std::string embeddingModel;      ///< whose vectors are ranked; empty: none
+    std::uintmax_t bytes = 0;        ///< what the store takes on the disk
+};
+
 /// A candidate that waits for its vector: what the vector is made of.
 struct Unembedded {
     std::int64_t id = 0; ///< this version of the candidate; another insert of it has another one
@@ -85,6 +93,8 @@ public:
     virtual Stored<std::optional<StoredPDF>> pdf(std::string_view email) = 0;
 
     virtual Stored<std::unique_ptr<Rows>> run(const Plan& plan) = 0;
+
+    virtual Stored<StoreStatus> status() = 0;
 
     /// The next candidate behind `afterId` that waits for a vector, in the order of insertion.
     virtual Stored<std::optional<Unembedded>> nextUnembedded(std::int64_t afterId) = 0;

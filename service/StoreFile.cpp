@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "service/StoreFile.h"
 
+#include "service/Schema.h"
+
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -40,10 +44,18 @@ void makeFolders(const std::filesystem::path& folder) {
     }
 }
 
-/// Opens the file, making it when it is missing, and leaves it readable and writable by its owner alone.
+/// Whether the open file has content that this program did not make: it will be refused, and must stay as it is.
+bool isForeign(int descriptor) {
+    std::array<char, storeHeaderSize> header{};
+    const ssize_t size = pread(descriptor, header.data(), header.size(), 0);
+    return size != 0 && !isStoreHeader({header.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))});
+}
+
+/// Opens the file, making it when it is missing, and leaves it readable and writable by its owner alone, unless it is
+/// a file of somebody else.
 int openOwnerOnly(const std::filesystem::path& path) {
     const int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (descriptor < 0 || fchmod(descriptor, S_IRUSR | S_IWUSR) != 0) {
+    if (descriptor < 0 || (!isForeign(descriptor) && fchmod(descriptor, S_IRUSR | S_IWUSR) != 0)) {
         const int error = errno;
         if (descriptor >= 0) {
             close(descriptor);

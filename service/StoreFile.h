@@ -18,7 +18,8 @@ class StoreFileError : public std::runtime_error {
 std::optional<std::filesystem::path> defaultStorePath();
 
 /// A store's file for one program: makes the missing folders and the file so that only their owner gets in, takes that
-/// right from everybody else where the file had it, and keeps other services away from it while this object lives.
+/// right from everybody else where a store had it, and keeps other services away from it while this object lives. A
+/// file that is no store of this program is left as it is.
 class StoreFile {
 public:
     explicit StoreFile(std::filesystem::path path); ///< throws StoreFileError

@@ -5,6 +5,9 @@
 #include "service/JsonText.h"
 #include "service/RequestBodies.h"
 
+#include <fstream>
+#include <iterator>
+
 #include <gtest/gtest.h>
 
 namespace dorvantel::test {
@@ -19,6 +22,11 @@ service::Record makeRecord(const std::string& email, service::CVData cvData) {
     record.cvData = std::move(cvData);
     record.jsonCVData = service::cvDataJSON(record.cvData);
     return record;
+}
+
+std::string fileBytes(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 std::string insertBody(const service::Record& record) {

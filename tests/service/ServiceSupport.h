@@ -23,6 +23,8 @@ private:
     QTemporaryDir m_folder;
 };
 
+std::string fileBytes(const std::filesystem::path& path);
+
 /// A row of an answer with texts of its own.
 struct FoundRow {
     std::string name;

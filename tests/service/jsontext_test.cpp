@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "service/JsonText.h"
 
+#include "platform/JsonEscaping.h"
+
 #include <limits>
 
 #include <gtest/gtest.h>
@@ -13,7 +15,7 @@ namespace {
 
 std::string jsonString(std::string_view text) {
     std::string out;
-    appendJSONString(out, text);
+    dorvantel::appendJsonString(out, text);
     return out;
 }
 
@@ -25,14 +27,14 @@ std::string number(float value) {
 
 } // namespace
 
-TEST(AppendJSONString, EscapesWhatJSONDemandsAndNothingElse) {
+TEST(AppendJsonString, EscapesWhatJSONDemandsAndNothingElse) {
     EXPECT_EQ(jsonString(""), R"("")");
     EXPECT_EQ(jsonString("Español 😀 O'Reilly /"), "\"Español 😀 O'Reilly /\"");
     EXPECT_EQ(jsonString("\"\\\n\r\t\b\x1f\x7f"), "\"\\\"\\\\\\n\\r\\t\\u0008\\u001f\x7f\"");
     EXPECT_EQ(jsonString(std::string_view("a\0b", 3)), R"("a\u0000b")");
 }
 
-TEST(AppendJSONString, EveryByteComesBackThroughAParser) {
+TEST(AppendJsonString, EveryByteComesBackThroughAParser) {
     std::string all;
     for (char character = 0; character < 0x7f; ++character) {
         all += character;

@@ -25,7 +25,8 @@ void expectRefusal(const char* method, const char* target, int status, const std
 
 } // namespace
 
-TEST(Route, FiveOperations) {
+TEST(Route, FiveOperationsAndTheHealth) {
+    expectOperation("GET", "/health", Operation::Health);
     expectOperation("GET", "/curriculums", Operation::List);
     expectOperation("POST", "/curriculums", Operation::Insert);
     expectOperation("POST", "/curriculums/search", Operation::Search);
@@ -66,7 +67,8 @@ TEST(Route, WrongMethodNamesTheRightOnes) {
 }
 
 TEST(Route, OtherAddressesAreNotFound) {
-    for (const char* const target : {"/", "", "/curriculumsx", "/Curriculums", "/favicon.ico", "//curriculums", "*"}) {
+    for (const char* const target :
+         {"/", "", "/curriculumsx", "/Curriculums", "/favicon.ico", "//curriculums", "*", "/health/"}) {
         expectRefusal("GET", target, 404);
         expectRefusal("DELETE", target, 404);
     }

@@ -34,7 +34,7 @@ struct Candidate {
 
 /// The program's own searches against the service as a process, and the same searches done plainly over the same
 /// candidates.
-class SearchesTest : public testing::Test {
+class ProgramSearches : public testing::Test {
 protected:
     void SetUp() override {
         fillStore();
@@ -146,7 +146,7 @@ protected:
 
 } // namespace
 
-TEST_F(SearchesTest, StructuredSearchesFindExactlyTheCandidatesThatHaveEverything) {
+TEST_F(ProgramSearches, StructuredSearchesFindExactlyTheCandidatesThatHaveEverything) {
     std::size_t found = 0;
     for (int round = 0; round < 100; ++round) {
         const SearchCriteria criteria = randomCriteria();
@@ -169,7 +169,7 @@ TEST_F(SearchesTest, StructuredSearchesFindExactlyTheCandidatesThatHaveEverythin
     EXPECT_GT(found, 1000U);
 }
 
-TEST_F(SearchesTest, SemanticSearchesFindTheBestFiveOfThem) {
+TEST_F(ProgramSearches, SemanticSearchesFindTheBestFiveOfThem) {
     std::size_t full = 0;
     for (int round = 0; round < 100; ++round) {
         SearchCriteria criteria = randomCriteria();

@@ -31,7 +31,7 @@ struct Criteria {
 
 /// 300 candidates with random skills, among them tokens with every character that could upset a statement, and the
 /// searches of a random recruiter, answered by the store and by a plain loop.
-class SearchTest : public testing::Test {
+class StoreAgainstPlainLoop : public testing::Test {
 protected:
     void SetUp() override {
         for (int i = 0; i < 300; ++i) {
@@ -131,7 +131,7 @@ protected:
 
 } // namespace
 
-TEST_F(SearchTest, StructuredSearchesAgreeWithAPlainLoop) {
+TEST_F(StoreAgainstPlainLoop, StructuredSearchesAgreeWithAPlainLoop) {
     std::size_t found = 0;
     for (int round = 0; round < 300; ++round) {
         const Criteria criteria = randomCriteria();
@@ -153,7 +153,7 @@ TEST_F(SearchTest, StructuredSearchesAgreeWithAPlainLoop) {
     EXPECT_GT(found, 1'000U);
 }
 
-TEST_F(SearchTest, SemanticSearchesAgreeWithAPlainLoop) {
+TEST_F(StoreAgainstPlainLoop, SemanticSearchesAgreeWithAPlainLoop) {
     std::size_t found = 0;
     for (int round = 0; round < 300; ++round) {
         const Criteria criteria = randomCriteria();
