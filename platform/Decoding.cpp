@@ -2,13 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Decoding.h"
 
+#include "platform/ListLiteral.h"
+
 namespace dorvantel {
 
 using namespace Qt::StringLiterals;
-
-QString codingPathText(const QStringList& path) {
-    return path.isEmpty() ? u"[]"_s : u"[\""_s + path.join(u"\", \""_s) + u"\"]"_s;
-}
 
 QString localizedDescription(const DecodeError& error) {
     switch (error.kind) {
@@ -23,7 +21,7 @@ QString localizedDescription(const DecodeError& error) {
 }
 
 QString debugText(const DecodeError& error) {
-    const QString details = u"("_s + error.context + u" "_s + codingPathText(error.path) + u")"_s;
+    const QString details = u"("_s + error.context + u" "_s + listLiteral(error.path) + u")"_s;
     switch (error.kind) {
     case DecodeError::Kind::KeyNotFound:
         return u"keyNotFound \""_s + error.subject + u"\" "_s + details;

@@ -23,9 +23,6 @@ struct DecodeError {
     bool operator==(const DecodeError&) const = default;
 };
 
-/// The path as a list literal: `["response", "Index 0", "name"]`, `[]` for the document itself.
-QString codingPathText(const QStringList& path);
-
 /// One sentence for people, in the language of the interface; what an error alert or a one-line log entry shows of a
 /// decoding error.
 QString localizedDescription(const DecodeError& error);

@@ -28,8 +28,8 @@ void preferLargePages(const char16_t* begin, const char16_t* end) {
 
 void TextBlocks::addBlock(qsizetype used, qsizetype units) {
     // Small at first, so that a short answer takes little.
-    constexpr qsizetype smallest = 4 * 1024;
-    constexpr qsizetype largest = 4 * 1024 * 1024;
+    constexpr qsizetype smallest = qsizetype{4} * 1024;
+    constexpr qsizetype largest = qsizetype{4} * 1024 * 1024;
     m_blockUnits = std::clamp(4 * m_blockUnits, smallest, largest);
 
     QStringPrivate block(QTypedArrayData<char16_t>::allocate(std::max(m_blockUnits, units)));

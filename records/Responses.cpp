@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "records/Responses.h"
 
+#include "platform/ListLiteral.h"
 #include "platform/Log.h"
 #include "platform/Utf8.h"
 
@@ -16,7 +17,7 @@ QString contextLine(const DecodeError& error) {
 }
 
 QString pathLine(const DecodeError& error) {
-    return u"   Coding Path: "_s + codingPathText(error.path);
+    return u"   Coding Path: "_s + listLiteral(error.path);
 }
 
 /// The line with the beginning of the body; none when the body is not UTF-8.
