@@ -38,6 +38,13 @@ public:
         return std::move(m_out);
     }
 
+    QByteArray writeFile() {
+        m_out += '{';
+        bytes();
+        m_out += '}';
+        return std::move(m_out);
+    }
+
 private:
     template <typename List>
     const char* one(const List& list) {
@@ -89,13 +96,14 @@ private:
             m_out += ",\"score\":" + QByteArray::number(static_cast<double>(m_random() % 10'000) / 100);
         }
         if (m_shape.pdfBytes > 0) {
+            m_out += ',';
             bytes();
         }
         m_out += '}';
     }
 
     void bytes() {
-        m_out += ",\"file\":[";
+        m_out += "\"file\":[";
         for (int i = 0; i < m_shape.pdfBytes; ++i) {
             m_out += i == 0 ? "" : ",";
             m_out += std::to_string(m_random() % 256).c_str();
@@ -116,6 +124,10 @@ QByteArray listBody(const BodyShape& shape) {
 
 QByteArray searchBody(const BodyShape& shape) {
     return BodyWriter(shape).write("{\"sql\":\"SELECT name FROM curriculums\",\"result\":[", true);
+}
+
+QByteArray fileBody(int pdfBytes) {
+    return BodyWriter({.records = 0, .pdfBytes = pdfBytes}).writeFile();
 }
 
 } // namespace dorvantel::bench

@@ -18,4 +18,7 @@ QByteArray listBody(const BodyShape& shape);
 /// A search answer with the same records and a score each.
 QByteArray searchBody(const BodyShape& shape);
 
+/// The answer of a PDF download of so many bytes.
+QByteArray fileBody(int pdfBytes);
+
 } // namespace dorvantel::bench

@@ -42,6 +42,17 @@ std::uint64_t simdjsonScan(const QByteArray& body) {
     return scan(document);
 }
 
+std::vector<std::uint8_t> simdjsonFileBytes(const QByteArray& body) {
+    static ondemand::parser parser;
+    const auto size = static_cast<std::size_t>(body.size());
+    ondemand::document document = parser.iterate(body.constData(), size, static_cast<std::size_t>(body.capacity()));
+    std::vector<std::uint8_t> bytes;
+    for (auto number : document["file"].get_array()) {
+        bytes.push_back(static_cast<std::uint8_t>(std::uint64_t(number.get_uint64())));
+    }
+    return bytes;
+}
+
 qsizetype simdjsonPadding() {
     return simdjson::SIMDJSON_PADDING;
 }
