@@ -149,6 +149,7 @@ SqliteStore::SqliteStore(const std::filesystem::path& path, std::string embeddin
     : m_file(path)
     , m_model(std::move(embeddingModel))
     , m_writer(m_file.path())
+    , m_writes(m_writer.database(), [this](auto& transaction, auto retired) { commit(transaction, retired); })
     , m_readers(m_file.path()) {
     if (m_model.empty()) {
         return;
@@ -163,39 +164,43 @@ SqliteStore::SqliteStore(const std::filesystem::path& path, std::string embeddin
     });
 }
 
-void SqliteStore::commitRetirement(SqliteTransaction& transaction, std::int64_t id) {
+void SqliteStore::commit(SqliteTransaction& transaction, std::span<const std::int64_t> retired) {
+    if (retired.empty()) {
+        transaction.commit();
+        return;
+    }
     const std::unique_lock lock(m_indexMutex);
     transaction.commit();
-    m_index.remove(id);
+    for (const std::int64_t id : retired) {
+        m_index.remove(id);
+    }
 }
 
 Stored<void> SqliteStore::insert(const Record& record) {
     return guarded([&] {
-        const std::scoped_lock lock(m_writing);
-        SqliteTransaction transaction(m_writer.database());
-        const auto earlier = m_writer.find(record.email);
-        if (earlier) {
-            m_writer.retire(*earlier, "replaced");
-        }
-        m_writer.add(record);
-        if (earlier) {
-            commitRetirement(transaction, *earlier);
-        } else {
-            transaction.commit();
-        }
+        m_writes.run([&] {
+            const auto earlier = m_writer.find(record.email);
+            if (earlier) {
+                m_writer.retire(*earlier, "replaced");
+            }
+            m_writer.add(record);
+            return earlier;
+        });
     });
 }
 
 Stored<bool> SqliteStore::remove(std::string_view email) {
     return guarded([&] {
-        const std::scoped_lock lock(m_writing);
-        SqliteTransaction transaction(m_writer.database());
-        const auto id = m_writer.find(email);
-        if (id) {
-            m_writer.retire(*id, "deleted");
-            commitRetirement(transaction, *id);
-        }
-        return id.has_value();
+        bool isKnown = false;
+        m_writes.run([&] {
+            const auto id = m_writer.find(email);
+            isKnown = id.has_value();
+            if (id) {
+                m_writer.retire(*id, "deleted");
+            }
+            return id;
+        });
+        return isKnown;
     });
 }
 
@@ -276,7 +281,7 @@ Stored<std::optional<Unembedded>> SqliteStore::nextUnembedded(std::int64_t after
 }
 
 Stored<bool> SqliteStore::putVector(std::int64_t id, const std::vector<float>& vector) {
-    const std::scoped_lock lock(m_writing);
+    const auto lock = m_writes.alone();
     if (m_index.size() > 0 && m_index.dimension() != vector.size()) {
         return lengthError("the new vector", vector.size(), m_index.dimension());
     }

@@ -3,19 +3,18 @@
 #pragma once
 
 #include "service/FairSharedMutex.h"
+#include "service/GroupCommit.h"
 #include "service/SqliteReader.h"
 #include "service/SqliteWriter.h"
 #include "service/Store.h"
 #include "service/StoreFile.h"
 #include "service/VectorIndex.h"
 
-#include <mutex>
-
 namespace dorvantel::service {
 
 /// The store that ships: one SQLite file with a write-ahead log, flushed to the disk before a write returns. One
-/// connection writes; each read has one of its own and sees the store as it was when it began. The vectors of the
-/// embedding model are in memory as well, and ranked there.
+/// connection writes, for many callers at once; each read has one of its own and sees the store as it was when it
+/// began. The vectors of the embedding model are in memory as well, and ranked there.
 class SqliteStore final : public Store {
 public:
     /// Opens or makes the store. `embeddingModel` is whose vectors are ranked and stored; empty: none, and a semantic
@@ -31,15 +30,15 @@ public:
     Stored<bool> putVector(std::int64_t id, const std::vector<float>& vector) override;
 
 private:
-    void commitRetirement(SqliteTransaction& transaction, std::int64_t id);
+    void commit(SqliteTransaction& transaction, std::span<const std::int64_t> retired);
     Stored<std::unique_ptr<Rows>> runRanked(const Plan& plan, std::vector<Predicate> predicates);
 
     // In the order in which they must come to life and, backwards, end: the readers before the writer, whose end
     // moves the log into the file, and the file's lock last.
     StoreFile m_file;
     std::string m_model;
-    std::mutex m_writing;
     SqliteWriter m_writer;
+    GroupCommit m_writes;
     /// A retired version leaves the index before anybody can look at either again, so whoever holds this shared sees
     /// index and store agree.
     FairSharedMutex m_indexMutex;

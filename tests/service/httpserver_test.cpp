@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "service/Answers.h"
+#include "tests/service/FullDisk.h"
 #include "tests/service/HttpServerFixture.h"
 
 #include <thread>
@@ -193,6 +194,19 @@ TEST_F(HttpServerTest, StoreInTroubleIsAnErrorOfTheServiceAndLogged) {
     other.execute("BEGIN IMMEDIATE");
     expectError(insert(makeRecord("a@x")), 503, "the store is busy; try again");
     EXPECT_THAT(log, testing::ElementsAre("the store is busy; try again"));
+}
+
+TEST_F(HttpServerTest, FullDiskIsAnErrorOfItsOwnAndTheServiceGoesOn) {
+    EXPECT_EQ(insert(makeRecord("a@x"))->status, 201);
+    {
+        const FullDisk disk;
+        expectError(insert(makeRecord("b@x")), 507, "there is no room left for the store");
+        expectError(client().Delete("/curriculums/a@x"), 507, "there is no room left for the store");
+        EXPECT_EQ(list().size(), 1U);
+        EXPECT_EQ(get("/health")->status, 200);
+    }
+    EXPECT_EQ(insert(makeRecord("b@x"))->status, 201);
+    EXPECT_EQ(list().size(), 2U);
 }
 
 TEST_F(HttpServerTest, ManyClientsAtOnce) {

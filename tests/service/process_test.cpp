@@ -124,44 +124,6 @@ TEST_F(ProcessTest, EndSignalFinishesWhatRuns) {
     EXPECT_EQ(process.exitCode(), code(ExitCode::Stopped));
 }
 
-TEST_F(ProcessTest, WhatWasAcknowledgedSurvivesBeingKilled) {
-    std::vector<std::string> acknowledged;
-    for (int round = 0; round < 4; ++round) {
-        RecordsProcess process(arguments());
-        ASSERT_TRUE(process.waitUntilReady());
-        ASSERT_THAT(emails(process), testing::IsSupersetOf(acknowledged));
-        std::latch some(8);
-        std::thread inserts([&] {
-            for (int i = 0;; ++i) {
-                Record record = makeRecord(std::to_string(round) + "-" + std::to_string(i));
-                record.file = record.email + std::string(50'000, 'x');
-                if (insert(process, record) != 201) {
-                    return;
-                }
-                acknowledged.push_back(record.email);
-                if (i < 8) {
-                    some.count_down();
-                }
-            }
-        });
-        some.wait();
-        process.sendSignal(SIGKILL);
-        inserts.join();
-        EXPECT_EQ(process.exitCode(), -1);
-    }
-    RecordsProcess process(arguments());
-    ASSERT_TRUE(process.waitUntilReady());
-    for (const std::string& email : acknowledged) {
-        const auto answer = process.client().Get("/curriculums/" + email + "/file");
-        const auto numbers = json::parse(answer->body)["file"].get<std::vector<unsigned char>>();
-        EXPECT_EQ(std::string(numbers.begin(), numbers.end()), email + std::string(50'000, 'x'));
-    }
-    process.sendSignal(SIGTERM);
-    EXPECT_EQ(process.exitCode(), 0);
-    EXPECT_EQ(SqliteDatabase(folder.store().string(), SqliteDatabase::Access::ReadOnly).text("PRAGMA integrity_check"),
-              "ok");
-}
-
 TEST_F(ProcessTest, PortInUse) {
     RecordsProcess first(arguments());
     ASSERT_TRUE(first.waitUntilReady());

@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+namespace dorvantel::test {
+
+/// While it lives, no file that SQLite writes in this process can grow beyond `limit` bytes: it is told what a disk
+/// without room tells. One at a time.
+class FullDisk {
+public:
+    explicit FullDisk(std::int64_t limit = 0);
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+    ~FullDisk();
+};
+
+} // namespace dorvantel::test
