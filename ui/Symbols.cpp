@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
+#include <algorithm>
+
 // In a static library nothing else refers to the resources, and the linker would leave them out.
 static void initResources() {
     Q_INIT_RESOURCE(ui);
@@ -81,6 +83,31 @@ private:
     QColor m_colour;
 };
 
+class ApplicationIconEngine final : public QIconEngine {
+public:
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+        const qreal scale = painter->device()->devicePixelRatio();
+        painter->drawPixmap(rect, scaledPixmap(rect.size() * scale, mode, state, scale));
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        return scaledPixmap(size, mode, state, 1);
+    }
+
+    QPixmap scaledPixmap(const QSize& size, QIcon::Mode, QIcon::State, qreal scale) override {
+        QPixmap pixmap = QPixmap::fromImage(applicationImage(std::min(size.width(), size.height())));
+        pixmap.setDevicePixelRatio(scale);
+        return pixmap;
+    }
+
+    /// A window system that keeps pictures of an icon asks for all of these at the start, so they are few.
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
+        return {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {64, 64}, {128, 128}};
+    }
+
+    QIconEngine* clone() const override { return new ApplicationIconEngine(*this); }
+};
+
 } // namespace
 
 QStringList symbolNames() {
@@ -96,18 +123,18 @@ QIcon symbolIcon(const QString& name, const QColor& colour) {
     return QIcon(new SymbolIconEngine(symbolPath(name), colour));
 }
 
+QImage applicationImage(int size) {
+    constexpr int largestSmall = 24;
+    QSvgRenderer drawing(imagePath(size <= largestSmall ? u"dorvantel-small"_s : u"dorvantel"_s));
+    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    drawing.render(&painter, QRectF(image.rect()));
+    return image;
+}
+
 QIcon applicationIcon() {
-    QSvgRenderer drawing(imagePath(u"dorvantel"_s));
-    QIcon icon;
-    for (const int size : {16, 24, 32, 48, 64, 128, 256, 512}) {
-        QPixmap pixmap(size, size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        drawing.render(&painter, QRectF(0, 0, size, size));
-        painter.end();
-        icon.addPixmap(pixmap);
-    }
-    return icon;
+    return QIcon(new ApplicationIconEngine);
 }
 
 SymbolView::SymbolView(const QString& name, const QColor& colour, int points, QWidget* parent)

@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QIcon>
+#include <QImage>
 #include <QString>
 #include <QStringList>
 #include <QWidget>
@@ -21,7 +22,11 @@ QStringList symbolNames();
 /// disabled, the symbol is paler.
 QIcon symbolIcon(const QString& name, const QColor& colour);
 
-/// The mark of the program itself, for windows and the desktop.
+/// The mark of the program itself as the desktop shows it, `size` pixels wide and high. Small sizes have a drawing of
+/// their own with less in it.
+QImage applicationImage(int size);
+
+/// The same for windows. A size is drawn when it is asked for.
 QIcon applicationIcon();
 
 /// Shows one symbol, or the maker's logo, at a size in points. Decoration: it has no name for screen readers unless it

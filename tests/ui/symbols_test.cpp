@@ -115,9 +115,21 @@ TEST(Symbols, TheLogoIsSquareAndTinted) {
 
 TEST(Symbols, TheApplicationIconIsDrawnForEverySizeThatDesktopsAskFor) {
     const QIcon icon = applicationIcon();
-    EXPECT_THAT(icon.availableSizes(), testing::SizeIs(8));
+    EXPECT_THAT(icon.availableSizes(), testing::SizeIs(7));
+    for (const QSize size : icon.availableSizes()) {
+        EXPECT_EQ(icon.pixmap(size, 1.0).size(), size);
+    }
+    EXPECT_EQ(icon.pixmap(QSize(64, 64), 2.0).size(), QSize(128, 128));
     EXPECT_EQ(qAlpha(icon.pixmap(256, 256).toImage().pixel(128, 20)), 255);
     EXPECT_EQ(qAlpha(icon.pixmap(256, 256).toImage().pixel(0, 0)), 0);
+}
+
+TEST(Symbols, SmallSizesOfTheApplicationIconHaveADrawingOfTheirOwn) {
+    const auto reachesTheEdge = [](int size) { return qAlpha(applicationImage(size).pixel(0, size / 2)) == 255; };
+    EXPECT_TRUE(reachesTheEdge(16));
+    EXPECT_TRUE(reachesTheEdge(24));
+    EXPECT_FALSE(reachesTheEdge(32));
+    EXPECT_FALSE(reachesTheEdge(512));
 }
 
 TEST(SymbolsDeathTest, AnUnknownNameStopsTheProgram) {
