@@ -95,7 +95,7 @@ void ProcessPDFOpener::open(const QByteArray& bytes, QObject* context, Completio
 }
 
 QString findPDFReader(const QString& programFolder) {
-    for (const QString& folder : {programFolder, programFolder + "/../libexec/dorvantel"_L1}) {
+    for (const QString& folder : {programFolder, programFolder + QStringLiteral("/" DORVANTEL_LIBEXEC)}) {
         const QFileInfo reader(folder + "/dorvantel-pdf-reader"_L1);
         if (reader.isFile() && reader.isExecutable()) {
             return reader.canonicalFilePath();

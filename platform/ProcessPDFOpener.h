@@ -27,7 +27,8 @@ private:
 };
 
 /// Where dorvantel-pdf-reader is, seen from the folder of the running program (QCoreApplication::applicationDirPath):
-/// beside it, as in a build, else in ../libexec/dorvantel, as installed. Empty when it is in neither place.
+/// beside it, as in a build, else as installed, which is ../libexec/dorvantel unless the build was configured
+/// otherwise. Empty when it is in neither place.
 QString findPDFReader(const QString& programFolder);
 
 } // namespace dorvantel

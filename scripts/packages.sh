@@ -11,7 +11,13 @@ program_packages=(
 )
 
 # What the tests take beside that.
-test_packages=(libgtest-dev libgmock-dev xvfb xauth poppler-utils wspanish wamerican python3 procps)
+test_packages=(
+    libgtest-dev libgmock-dev xvfb xauth poppler-utils wspanish wamerican python3 procps
+    desktop-file-utils appstream mandoc
+)
+
+# What making and checking the Debian packages takes beside that of the program.
+package_packages=(dpkg-dev fakeroot file lintian mmdebstrap sudo)
 
 # What the preset "tidy" takes beside that.
 tidy_packages=(clang-19 clang-tidy-19 clang-format-19)
