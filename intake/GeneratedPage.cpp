@@ -4,6 +4,7 @@
 
 #include "intake/FormGrid.h"
 #include "intake/IntakeState.h"
+#include "ui/ExactText.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"
 
@@ -33,8 +34,7 @@ void GeneratedPage::addEditor(FormGrid& grid, const QString& label, const QStrin
     SymbolView* warning = grid.addWarning(objectName + u"Warning"_s, true);
     warning->setShown(text.isEmpty());
     connect(editor, &QPlainTextEdit::textChanged, this, [editor, warning, &text] {
-        // The plain text would turn no-break spaces into blanks; what was not touched stays as it is.
-        text = editor->document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
+        text = exactText(*editor);
         warning->setShown(text.isEmpty());
     });
 }

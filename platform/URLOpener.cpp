@@ -7,8 +7,8 @@
 
 namespace dorvantel {
 
-void DesktopURLOpener::open(const QUrl& url) {
-    QDesktopServices::openUrl(url);
+bool DesktopURLOpener::open(const QUrl& url) {
+    return QDesktopServices::openUrl(url);
 }
 
 } // namespace dorvantel

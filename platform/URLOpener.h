@@ -11,14 +11,14 @@ class URLOpener {
 public:
     virtual ~URLOpener() = default;
 
-    /// Returns at once. Whether a program was found for `url` is between the desktop and the user.
-    virtual void open(const QUrl& url) = 0;
+    /// Returns at once. False when the desktop has no program for `url` or cannot start it with so long a one.
+    [[nodiscard]] virtual bool open(const QUrl& url) = 0;
 };
 
 /// The desktop's own choice of program.
 class DesktopURLOpener final : public URLOpener {
 public:
-    void open(const QUrl& url) override;
+    bool open(const QUrl& url) override;
 };
 
 } // namespace dorvantel

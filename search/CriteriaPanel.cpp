@@ -3,6 +3,7 @@
 #include "search/CriteriaPanel.h"
 
 #include "data/Model.h"
+#include "ui/ExactText.h"
 #include "ui/Figures.h"
 #include "ui/Style.h"
 #include "ui/TokenEditor.h"
@@ -72,6 +73,7 @@ CriteriaPanel::CriteriaPanel(const Model& model, QWidget* parent)
     column->addWidget(heading(u"Búsqueda no estructurada"_s));
     column->addWidget(makeFreeText());
     column->addWidget(makeButtons());
+    showGender();
     connect(&m_model, &Model::cataloguesRebuilt, this, &CriteriaPanel::renewTokenFields);
 }
 
@@ -98,9 +100,9 @@ QWidget* CriteriaPanel::makeGenderRow() {
         if (checked) {
             m_criteria.genderRequired = static_cast<Gender>(id);
             m_figure->setText(figureOf(m_criteria.genderRequired));
+            refreshTokenFields();
         }
     });
-    showGender();
 
     auto* row = new QWidget;
     auto* line = new QHBoxLayout(row);
@@ -134,13 +136,16 @@ void CriteriaPanel::makeTokenField(TokenKind& kind) {
     auto* field = new TokenField2(m_criteria.*kind.tokens, true, (m_model.*kind.catalogue)());
     field->setObjectName(kind.objectName);
     field->setFieldName(kind.label);
-    connect(field, &TokenField2::tokensChanged, this,
-            [this, tokens = kind.tokens](const QStringList& list) { m_criteria.*tokens = list; });
+    connect(field, &TokenField2::tokensChanged, this, [this, tokens = kind.tokens](const QStringList& list) {
+        m_criteria.*tokens = list;
+        refreshTokenFields();
+    });
     if (!kind.field) {
         auto* label = new QLabel(kind.label);
         m_tokenGrid->addWidget(label, row, 0, Qt::AlignRight | Qt::AlignVCenter);
         m_tokenGrid->addWidget(field, row, 1);
     } else {
+        field->tokenField()->setText(kind.field->tokenField()->text());
         const bool hadFocus = kind.field->isAncestorOf(kind.field->window()->focusWidget());
         delete m_tokenGrid->replaceWidget(kind.field, field);
         setTabOrder(tabStop(kind.field), tabStop(field));
@@ -159,6 +164,12 @@ void CriteriaPanel::renewTokenFields() {
     }
 }
 
+void CriteriaPanel::refreshTokenFields() {
+    for (const TokenKind& kind : m_kinds) {
+        kind.field->setTokens(m_criteria.*kind.tokens);
+    }
+}
+
 QWidget* CriteriaPanel::makeFreeText() {
     m_freeText = new QPlainTextEdit;
     m_freeText->setAcceptDrops(false); // a CV dropped here is the window's, as everywhere
@@ -168,8 +179,10 @@ QWidget* CriteriaPanel::makeFreeText() {
     m_freeText->setInputMethodHints(Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
     m_freeText->setTabChangesFocus(true);
     m_freeText->setFixedHeight(freeTextHeight);
-    connect(m_freeText, &QPlainTextEdit::textChanged, this,
-            [this] { m_criteria.freeTextSearchString = m_freeText->toPlainText(); });
+    connect(m_freeText, &QPlainTextEdit::textChanged, this, [this] {
+        m_criteria.freeTextSearchString = exactText(*m_freeText);
+        refreshTokenFields();
+    });
     return m_freeText;
 }
 
@@ -195,9 +208,7 @@ QWidget* CriteriaPanel::makeButtons() {
 void CriteriaPanel::clear() {
     m_criteria = {};
     showGender();
-    for (const TokenKind& kind : m_kinds) {
-        kind.field->setTokens({});
-    }
+    refreshTokenFields();
     m_freeText->clear();
 }
 

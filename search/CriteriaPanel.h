@@ -28,6 +28,9 @@ public:
     const SearchCriteria& criteria() const { return m_criteria; }
     /// Back to no criterion at all.
     void clear();
+    /// Brings every token field back to its list, also one whose token was taken by its menu. What no field shows is
+    /// never searched for.
+    void refreshTokenFields();
 
 Q_SIGNALS:
     void clearPressed();

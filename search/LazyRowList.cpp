@@ -67,11 +67,14 @@ LazyRow* LazyRowList::row(qsizetype index) const {
 // Geometry
 
 void LazyRowList::layOutRows() {
-    if (m_isLayingOut || count() == 0) {
+    if (m_isLayingOut) {
         return;
     }
     const QScopedValueRollback layingOut(m_isLayingOut, true);
     updateScrollBar();
+    if (count() == 0) {
+        return;
+    }
     const int scrolled = verticalScrollBar()->value();
     const int bottom = scrolled + viewport()->height();
     const qsizetype first = m_heights.rowAt(scrolled);

@@ -12,6 +12,14 @@ namespace dorvantel {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+bool holdsBytes(const std::optional<QByteArray>& file) {
+    return file && !file->isEmpty();
+}
+
+} // namespace
+
 ResultCV::ResultCV(std::shared_ptr<const IdentifiableQueryResult> result, RecordsService& records, PDFOpener& opener,
                    QObject* parent)
     : QObject(parent)
@@ -25,7 +33,7 @@ void ResultCV::requestPreview() {
         return;
     }
     setLoading(true);
-    if (m_result->file && !m_result->file->isEmpty()) {
+    if (holdsBytes(m_result->file)) {
         open(*m_result->file);
     } else {
         fetch();
@@ -36,7 +44,7 @@ void ResultCV::fetch() {
     // The log says how a fetch ended even when nobody waits for it any more.
     m_records.fetchPDF(m_result->email, [self = QPointer<ResultCV>(this), email = m_result->email](
                                             std::expected<std::optional<QByteArray>, APIError> answer) {
-        if (answer && *answer) {
+        if (answer && holdsBytes(*answer)) {
             if (self) {
                 self->open(**answer);
             }

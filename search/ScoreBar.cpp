@@ -18,6 +18,7 @@ namespace {
 constexpr int barWidth = 100;
 constexpr int barHeight = 20;
 constexpr QRgb greenBar = 0xff34a853;
+constexpr QRgb whiteBar = 0xffffffff;
 
 } // namespace
 
@@ -41,7 +42,7 @@ QSize ScoreBar::sizeHint() const {
 
 void ScoreBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.fillRect(rect(), Qt::white);
+    painter.fillRect(rect(), QColor(whiteBar));
     painter.fillRect(QRectF(0, 0, m_parts.green, barHeight), QColor(greenBar));
     // White on a white page has no end that could be seen.
     painter.setPen(QColor(colours::border));

@@ -222,22 +222,36 @@ void SearchResultDetailUIView::showLoading() {
 }
 
 void SearchResultDetailUIView::showPreview() {
-    if (m_sheet) {
+    if (qobject_cast<PDFPreviewSheet*>(m_sheet)) {
         return;
     }
     if (m_cv.loadedPDFDocument()) {
-        m_sheet = new PDFPreviewSheet(m_cv.loadedPDFDocument(), window());
+        present(new PDFPreviewSheet(m_cv.loadedPDFDocument(), window()));
     } else {
-        m_sheet =
-            new QMessageBox(QMessageBox::Information, QString(), u"PDF no disponible"_s, QMessageBox::Close, window());
-        m_sheet->setObjectName(u"noPDF"_s);
+        tell(u"noPDF"_s, u"PDF no disponible"_s);
     }
-    m_sheet->setAttribute(Qt::WA_DeleteOnClose);
-    m_sheet->open();
 }
 
 void SearchResultDetailUIView::invite() {
-    m_urls.open(invitationLink(m_result->email, m_result->invitationMail));
+    if (!m_urls.open(invitationLink(m_result->email, m_result->invitationMail))) {
+        tell(u"noMailProgram"_s, u"No se ha podido abrir el programa de correo"_s);
+    }
+}
+
+void SearchResultDetailUIView::tell(const QString& name, const QString& text) {
+    auto* message = new QMessageBox(QMessageBox::Information, QString(), text, QMessageBox::Close, window());
+    message->setObjectName(name);
+    present(message);
+}
+
+/// In place of the sheet or message that is still open.
+void SearchResultDetailUIView::present(QDialog* sheet) {
+    if (m_sheet) {
+        m_sheet->close();
+    }
+    m_sheet = sheet;
+    m_sheet->setAttribute(Qt::WA_DeleteOnClose);
+    m_sheet->open();
 }
 
 } // namespace dorvantel

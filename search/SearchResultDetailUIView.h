@@ -57,6 +57,8 @@ private:
     void showLoading();
     void showPreview();
     void invite();
+    void tell(const QString& name, const QString& text);
+    void present(QDialog* sheet);
 
     std::shared_ptr<const IdentifiableQueryResult> m_result;
     int m_lineColorIndex;

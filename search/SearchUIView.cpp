@@ -110,6 +110,7 @@ void SearchUIView::showResults() {
                                                             static_cast<int>(index % 2), services, parent);
                     });
     m_list->setVisible(results != nullptr);
+    m_criteria->refreshTokenFields();
 }
 
 } // namespace dorvantel

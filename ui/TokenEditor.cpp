@@ -105,6 +105,11 @@ QString TokenEditor::text() const {
     return m_input->text();
 }
 
+void TokenEditor::setText(const QString& text) {
+    m_input->setText(text);
+    relayout();
+}
+
 void TokenEditor::setPlaceholderText(const QString& text) {
     m_placeholder = text;
     tokensChanged();

@@ -46,8 +46,9 @@ public:
     /// What shows the tokens, in their order.
     const std::vector<TokenChip*>& chips() const { return m_chips; }
 
-    /// The text being typed.
+    /// The text being typed, which is no token yet. Setting it asks nobody and offers nothing.
     QString text() const;
+    void setText(const QString& text);
 
     /// Shown while there are neither tokens nor text.
     void setPlaceholderText(const QString& text);

@@ -20,7 +20,10 @@ namespace dorvantel {
 
 /// Keeps what was to be opened.
 struct CatchingURLOpener final : URLOpener {
-    void open(const QUrl& url) override { caught = url; }
+    bool open(const QUrl& url) override {
+        caught = url;
+        return true;
+    }
     QUrl caught;
 };
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/tour/Tour.h"
 #include "app/tour/TourInput.h"
+#include "data/SearchResults.h"
+#include "search/InvitationLink.h"
 #include "search/SearchResultDetailUIView.h"
 
 #include <QDialog>
@@ -52,7 +54,8 @@ void Tour::takeSearch() {
     picture(u"vista-previa"_s);
     press(u"close"_s);
     QTest::mouseClick(inFirstResult(u"invite"_s), Qt::LeftButton);
-    if (!m_urls.caught.toString().startsWith(u"mailto:"_s)) {
+    const auto* first = static_cast<SearchResultDetailUIView*>(results().first());
+    if (m_urls.caught != invitationLink(first->result().email, first->result().invitationMail)) {
         throw std::runtime_error("the invitation is handed to the mail program");
     }
 }

@@ -137,16 +137,20 @@ TEST(Model, AnswerAfterTheModelIsGoneIsIgnored) {
     FakeRecordsService service;
     auto model = std::make_unique<Model>(service);
     model.reset();
+    CapturedOutput output;
     service.answerFetchAll(std::vector{candidate(u"Ana"_s)});
     QCoreApplication::processEvents();
+    EXPECT_EQ(output.text(), QString());
 }
 
 TEST(Model, ModelThatGoesBetweenAnswerAndQueuedStepIsNotTouched) {
     FakeRecordsService service;
     auto model = std::make_unique<Model>(service);
+    QSignalSpy changed(model.get(), &Model::cataloguesRebuilt);
     service.answerFetchAll(std::vector{candidate(u"Ana"_s)});
     model.reset();
     QCoreApplication::processEvents();
+    EXPECT_EQ(changed.size(), 0);
 }
 
 // ----- the catalogues

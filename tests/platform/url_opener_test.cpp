@@ -29,8 +29,13 @@ TEST(DesktopURLOpener, HandsTheURLToTheDesktop) {
     Catcher catcher;
     DesktopURLOpener opener;
     const QUrl url(u"mailto:a@example.org?body=x%20y"_s, QUrl::StrictMode);
-    static_cast<URLOpener&>(opener).open(url);
+    EXPECT_TRUE(static_cast<URLOpener&>(opener).open(url));
     EXPECT_EQ(catcher.taken, QList<QUrl>{url});
+}
+
+TEST(DesktopURLOpener, SaysWhenTheDesktopHasNoProgramForTheURL) {
+    DesktopURLOpener opener;
+    EXPECT_FALSE(static_cast<URLOpener&>(opener).open(QUrl(u"nobody-knows:this"_s)));
 }
 
 } // namespace

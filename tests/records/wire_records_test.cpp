@@ -8,6 +8,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <optional>
+#include <string>
 
 namespace dorvantel {
 namespace {
@@ -216,6 +220,38 @@ TEST(SearchAnswer, RowWithoutMailFailsTheWholeAnswer) {
     ASSERT_FALSE(decoded.has_value());
     EXPECT_EQ(decoded.error().kind, Kind::KeyNotFound);
     EXPECT_EQ(decoded.error().subject, u"invitationMail"_s);
+}
+
+TEST(SearchAnswer, EachRequiredMemberMayNeitherBeMissingNorNullNorOfAnotherType) {
+    const nlohmann::json whole = nlohmann::json::parse(searchWith("50").toStdString());
+    const auto kindOf = [&](const std::string& key, const std::optional<nlohmann::json>& value) {
+        nlohmann::json body = whole;
+        body["result"][0].erase(key);
+        if (value) {
+            body["result"][0][key] = *value;
+        }
+        const auto decoded = decodeSearchResponse(QByteArray::fromStdString(body.dump()));
+        return decoded ? std::nullopt : std::optional(decoded.error().kind);
+    };
+    for (const std::string key :
+         {"name", "profession", "email", "summarizedText", "invitationMail", "jsonCVData", "score"}) {
+        EXPECT_EQ(kindOf(key, std::nullopt), Kind::KeyNotFound) << key;
+        EXPECT_EQ(kindOf(key, nlohmann::json(nullptr)), Kind::ValueNotFound) << key;
+        EXPECT_EQ(kindOf(key, nlohmann::json(true)), Kind::TypeMismatch) << key;
+    }
+}
+
+TEST(SearchAnswer, RowsMayNeitherBeNullNorAnythingButObjects) {
+    EXPECT_FALSE(decodeSearchResponse(R"({"sql":"","result":[null]})").has_value());
+    EXPECT_FALSE(decodeSearchResponse(R"({"sql":"","result":["x"]})").has_value());
+    EXPECT_FALSE(decodeSearchResponse(R"({"sql":"","result":{}})").has_value());
+}
+
+TEST(SearchAnswer, BytesOfAFileAreWholeNumbersFromZeroTo255) {
+    EXPECT_EQ(decodeSearchResponse(searchWith("1", R"(,"file":[0,255])"))->result[0].file, QByteArray("\0\xff", 2));
+    for (const QByteArray bytes : {"[256]", "[-1]", "[0.5]", "\"JVBERi0=\""}) {
+        EXPECT_FALSE(decodeSearchResponse(searchWith("1", ",\"file\":" + bytes)).has_value()) << bytes.constData();
+    }
 }
 
 TEST(SearchAnswer, NeedsItsStatementAndItsRows) {

@@ -81,6 +81,17 @@ TEST_F(ResultCVTest, AnEmptyBufferHoldsNoBytes) {
     EXPECT_EQ(records.calls(), QStringList{u"fetchPDF ana@example.org"_s});
 }
 
+TEST_F(ResultCVTest, AnswerWithoutASingleByteIsNoPDF) {
+    make();
+    cv->requestPreview();
+    CapturedOutput output;
+    records.answerFetchPDF(QByteArray(""));
+    EXPECT_EQ(output.text(), u"⚠️ No PDF available for ana@example.org\n"_s);
+    EXPECT_FALSE(cv->isLoadingPDF());
+    EXPECT_EQ(previews->size(), 0);
+    EXPECT_EQ(opener.openings(), 0);
+}
+
 TEST_F(ResultCVTest, FailedFetchIsLoggedAndTheNextPressTriesAgain) {
     make();
     cv->requestPreview();

@@ -36,15 +36,19 @@ TEST(ScoreBar, WhatIsNoScoreIsAllWhite) {
 }
 
 TEST(ScoreBar, IsDrawnHundredByTwenty) {
-    for (const int score : {0, 30, 100}) {
+    for (const int score : {0, 30, 100, 250}) {
         ScoreBar bar(static_cast<float>(score));
         EXPECT_EQ(bar.size(), QSize(100, 20));
         const QImage image = bar.grab().toImage();
-        int green = 0;
-        for (int x = 1; x < 99; ++x) {
-            green += image.pixelColor(x, 10) != QColor(Qt::white) ? 1 : 0;
+        for (int x = 2; x < 98; ++x) {
+            const QColor colour = image.pixelColor(x, 10);
+            if (x < score) {
+                EXPECT_GT(colour.green(), colour.red() + 50) << x;
+                EXPECT_GT(colour.green(), colour.blue() + 50) << x;
+            } else {
+                EXPECT_EQ(colour, QColor(Qt::white)) << x;
+            }
         }
-        EXPECT_NEAR(green, score, 2);
     }
 }
 

@@ -11,6 +11,8 @@
 
 #include <QSignalSpy>
 
+#include <array>
+
 #include <gtest/gtest.h>
 
 namespace dorvantel {
@@ -157,6 +159,9 @@ TEST_F(SearchTest, FreeTextOfBlanksIsEmbeddedAsItIs) {
     }
     runQueue();
     EXPECT_EQ(records.calls(), QStringList());
+    models.answerEmbedding(0, QList<double>{0.5});
+    waitForSearches(1);
+    EXPECT_EQ(records.calls(), QStringList{u"search "_s + semanticStatement(std::array{0.5}, {})});
 }
 
 TEST_F(SearchTest, EmptyEmbeddingIsSearchedWith) {

@@ -3,6 +3,7 @@
 #include "search/SearchResultDetailUIView.h"
 
 #include "data/SearchResults.h"
+#include "search/ElidedLabel.h"
 #include "search/InvitationLink.h"
 #include "search/PDFPreviewSheet.h"
 #include "tests/support/CapturedOutput.h"
@@ -15,6 +16,7 @@
 #include "ui/Figures.h"
 #include "ui/PDFKitView.h"
 #include "ui/Spinner.h"
+#include "ui/Style.h"
 #include "ui/TagView.h"
 
 #include <QAccessible>
@@ -24,6 +26,8 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
+
+#include <algorithm>
 
 #include <gtest/gtest.h>
 
@@ -101,6 +105,29 @@ TEST_F(SearchResultTest, HeaderRunsFromTheScoreToTheInvitation) {
     EXPECT_EQ(part(u"cv"_s)->toolTip(), u"Pulse este botón para ver el CV"_s);
     EXPECT_EQ(part(u"invite"_s)->text(), u"Invitar"_s);
     EXPECT_EQ(row->lineColorIndex(), 1);
+    EXPECT_EQ(part<QLabel>(u"figure"_s)->font().pixelSize(), 36);
+}
+
+TEST_F(SearchResultTest, NameStandsAboveTheProfessionBehindTheFigure) {
+    make();
+    const QList<ElidedLabel*> labels = row->findChildren<ElidedLabel*>();
+    ASSERT_EQ(labels.size(), 2);
+    EXPECT_EQ(labels[0]->text(), u"Lucía Pérez"_s);
+    EXPECT_EQ(labels[0]->font(), textFont(TextStyle::Headline));
+    EXPECT_EQ(labels[1]->text(), u"Contable"_s);
+    EXPECT_EQ(labels[1]->font(), textFont(TextStyle::Subheadline));
+    EXPECT_EQ(labels[0]->x(), labels[1]->x());
+    EXPECT_LT(labels[0]->geometry().bottom(), labels[1]->geometry().top());
+    EXPECT_GT(labels[0]->mapTo(row, QPoint()).x(), part<QWidget>(u"figure"_s)->mapTo(row, QPoint()).x());
+    EXPECT_LT(labels[0]->mapTo(row, QPoint()).x(), part<QWidget>(u"disclosure"_s)->mapTo(row, QPoint()).x());
+}
+
+TEST_F(SearchResultTest, NameThatIsTooLongIsElidedAndToldInATooltip) {
+    result->name = u"María de los Ángeles "_s.repeated(20);
+    make();
+    const QList<ElidedLabel*> labels = row->findChildren<ElidedLabel*>();
+    EXPECT_EQ(labels[0]->toolTip(), result->name);
+    EXPECT_EQ(labels[1]->toolTip(), QString());
 }
 
 TEST_F(SearchResultTest, FigureIsTheManOnlyForExactlyMasculino) {
@@ -137,7 +164,12 @@ TEST_F(SearchResultTest, OpensToSummaryAndThreeListsOfChipsBetweenBlankLines) {
     fit();
     const QWidget* expanded = row->findChild<QWidget*>(u"expanded"_s);
     QStringList parts;
-    for (const QObject* child : expanded->children()) {
+    QObjectList children = expanded->children();
+    std::ranges::stable_sort(children, {}, [](const QObject* child) {
+        const auto* widget = qobject_cast<const QWidget*>(child);
+        return widget ? widget->y() : -1;
+    });
+    for (const QObject* child : children) {
         if (const auto* label = qobject_cast<const QLabel*>(child)) {
             parts.append(label->text());
         } else if (const auto* tags = qobject_cast<const TagView*>(child)) {
@@ -189,6 +221,7 @@ TEST_F(SearchResultTest, SpinnerStandsForTheLabelWhileTheCVIsLoading) {
     ASSERT_TRUE(row->findChild<Spinner*>());
     EXPECT_TRUE(row->findChild<Spinner*>()->isVisible());
     EXPECT_EQ(row->findChild<Spinner*>()->size(), QSize(14, 14));
+    EXPECT_EQ(row->findChild<Spinner*>()->geometry().center(), part(u"cv"_s)->rect().center());
     EXPECT_EQ(part(u"cv"_s)->text(), QString());
     EXPECT_EQ(part(u"cv"_s)->width(), width);
     EXPECT_TRUE(row->holdsState());
@@ -255,6 +288,28 @@ TEST_F(SearchResultTest, BrokenPDFSaysThatThereIsNothingToShow) {
     EXPECT_EQ(alert->text(), u"PDF no disponible"_s);
     QTest::keyClick(alert, Qt::Key_Escape);
     EXPECT_TRUE(waitUntil([&] { return !window.findChild<QMessageBox*>(); }));
+}
+
+TEST_F(SearchResultTest, CVThatOpensReplacesTheMessageThatOneDidNot) {
+    make();
+    click(u"cv"_s);
+    click(u"cv"_s);
+    records.answerFetchPDF(QByteArray("no es un PDF"));
+    records.answerFetchPDF(textPDF({"Hola"}));
+    pdfs.fail(0);
+    ASSERT_TRUE(window.findChild<QMessageBox*>(u"noPDF"_s));
+    pdfs.succeed(1, {u"Hola"_s});
+    EXPECT_TRUE(sheet() && sheet()->isVisible());
+    EXPECT_TRUE(waitUntil([&] { return !window.findChild<QMessageBox*>(); }));
+}
+
+TEST_F(SearchResultTest, MailProgramThatCannotBeOpenedIsTold) {
+    make();
+    urls.hasProgram = false;
+    click(u"invite"_s);
+    const auto* message = window.findChild<QMessageBox*>(u"noMailProgram"_s);
+    ASSERT_TRUE(message && message->isVisible());
+    EXPECT_EQ(message->text(), u"No se ha podido abrir el programa de correo"_s);
 }
 
 TEST_F(SearchResultTest, PreviewOutlivesItsRow) {

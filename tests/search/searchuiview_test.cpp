@@ -29,6 +29,9 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include <array>
+#include <functional>
+
 #include <gtest/gtest.h>
 
 namespace dorvantel {
@@ -188,9 +191,71 @@ TEST_F(SearchUIViewTest, SearchAsksForWhatIsChosenAtThatMoment) {
 
 TEST_F(SearchUIViewTest, FreeTextIsSentAsItIs) {
     models.queueEmbedding(QList<double>{0.5});
-    part<QPlainTextEdit>(u"freeText"_s)->setPlainText(u" alguien que\nsepa de nóminas "_s);
+    const QString text = u" alguien\u00A0que\nsepa\u2028de nóminas "_s;
+    part<QPlainTextEdit>(u"freeText"_s)->setPlainText(text);
     EXPECT_EQ(search(), semanticStatement(std::array{0.5}, {}));
-    EXPECT_EQ(models.embeddingCalls()[0].text, u" alguien que\nsepa de nóminas "_s);
+    EXPECT_EQ(models.embeddingCalls()[0].text, text);
+}
+
+TEST_F(SearchUIViewTest, TokenTakenByItsMenuComesBackWithTheNextChangeOfTheScreen) {
+    const auto changes = std::to_array<std::function<void()>>({
+        [this] { part<QRadioButton>(u"male"_s)->click(); },
+        [this] { part<QPlainTextEdit>(u"freeText"_s)->setPlainText(u"x"_s); },
+        [this] { enter(u"languages"_s, u"Español"_s); },
+        [this] {
+            part<QPlainTextEdit>(u"freeText"_s)->clear();
+            field(u"techSkills"_s)->tokenField()->removeToken();
+            showAnswer(1);
+        },
+    });
+    enter(u"techSkills"_s, u"Excel"_s);
+    for (const auto& change : changes) {
+        field(u"techSkills"_s)->tokenField()->removeToken();
+        ASSERT_TRUE(field(u"techSkills"_s)->tokenField()->chips().empty());
+        change();
+        EXPECT_EQ(field(u"techSkills"_s)->tokenField()->chips().size(), 1U);
+    }
+}
+
+TEST_F(SearchUIViewTest, TextThatIsBeingTypedSurvivesACatalogueThatArrives) {
+    auto* input = field(u"techSkills"_s)->findChild<QLineEdit*>();
+    typeText(*input, u"exc"_s);
+    loadCatalogues();
+    EXPECT_EQ(field(u"techSkills"_s)->tokenField()->text(), u"exc"_s);
+    typeText(*field(u"techSkills"_s)->findChild<QLineEdit*>(), u"el,"_s);
+    EXPECT_EQ(field(u"techSkills"_s)->tokens(), QStringList{u"Excel"_s});
+}
+
+TEST_F(SearchUIViewTest, FailedSearchLeavesTheListItShows) {
+    showAnswer(2);
+    search();
+    const CapturedOutput output;
+    records.answerSearch(std::unexpected(APIError::decodingProblem));
+    EXPECT_EQ(list()->count(), 2);
+    EXPECT_TRUE(list()->isVisible());
+}
+
+TEST_F(SearchUIViewTest, FontsAndSizesAreThoseOfItsParts) {
+    EXPECT_EQ(part<QLabel>(u"genderFigure"_s)->font().pixelSize(), 72);
+    EXPECT_EQ(part<QPlainTextEdit>(u"freeText"_s)->font(), textFont(TextStyle::Body));
+    EXPECT_TRUE(part<QPlainTextEdit>(u"freeText"_s)->inputMethodHints().testFlag(Qt::ImhNoPredictiveText));
+    for (const QLabel* label : screen->findChildren<QLabel*>()) {
+        if (label->text() == u"Búsqueda"_s) {
+            EXPECT_EQ(label->font(), textFont(TextStyle::Title));
+        } else if (label->text().startsWith(u"Búsqueda "_s)) {
+            EXPECT_EQ(label->font().pixelSize(), 18);
+        }
+    }
+}
+
+TEST_F(SearchUIViewTest, CriteriaStandOnGreyOfATenthOverWhite) {
+    const auto* panel = screen->findChild<CriteriaPanel*>();
+    const QImage image = screen->grab().toImage();
+    const QPoint inside = panel->mapTo(screen.get(), QPoint(panel->width() / 2, 3));
+    const QColor grey(colours::gray);
+    EXPECT_NEAR(image.pixelColor(inside).red(), 255 - (255 - grey.red()) / 10, 1);
+    const QPoint corner = panel->mapTo(screen.get(), QPoint(0, 0));
+    EXPECT_EQ(image.pixelColor(corner), QColor(Qt::white));
 }
 
 TEST_F(SearchUIViewTest, EmbeddingServerThatIsDownLeavesTheScreenAsItIs) {
@@ -240,9 +305,11 @@ TEST_F(SearchUIViewTest, NoResultAreaBeforeTheFirstAnswer) {
 }
 
 TEST_F(SearchUIViewTest, EmptyAnswerShowsAnEmptyArea) {
+    showAnswer(100);
     showAnswer(0);
     EXPECT_TRUE(list()->isVisible());
     EXPECT_EQ(list()->count(), 0);
+    EXPECT_EQ(list()->verticalScrollBar()->maximum(), 0);
 }
 
 TEST_F(SearchUIViewTest, RowsStandInTheOrderReceivedAndAlternate) {

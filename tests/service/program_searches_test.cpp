@@ -131,8 +131,17 @@ protected:
         return search.results();
     }
 
-    const QStringList techSkills = {u"Excel"_s,   u"EXCEL"_s, u"C++"_s,  u"SQL"_s,      u"O'Reilly"_s,
-                                    u"Nóminas"_s, u"100 %"_s, u"a\\b"_s, u"\"Lean\""_s, u"\U0001F600"_s};
+    const QStringList techSkills = {u"Excel"_s,
+                                    u"EXCEL"_s,
+                                    u"C++"_s,
+                                    u"SQL"_s,
+                                    u"O'Reilly"_s,
+                                    u"Nóminas"_s,
+                                    u"100 %"_s,
+                                    u"a\\b"_s,
+                                    u"\"Lean\""_s,
+                                    u"\U0001F600"_s,
+                                    u"larga"_s.repeated(2'000)};
     const QStringList softSkills = {u"Liderazgo"_s, u"Empatía"_s, u"Trabajo en equipo"_s};
     const QStringList languages = {u"Español"_s, u"Inglés"_s, u"L'occitan"_s};
     std::mt19937 random{500};
@@ -167,6 +176,13 @@ TEST_F(ProgramSearches, StructuredSearchesFindExactlyTheCandidatesThatHaveEveryt
         found += results->result.size();
     }
     EXPECT_GT(found, 1000U);
+}
+
+TEST_F(ProgramSearches, WithoutCriteriaEverybodyIsFoundWithAHundred) {
+    const Search::Results results = run({});
+    ASSERT_TRUE(results);
+    EXPECT_EQ(results->result.size(), candidates.size());
+    EXPECT_TRUE(std::ranges::all_of(results->result, [](const auto& row) { return row->score == 100.0F; }));
 }
 
 TEST_F(ProgramSearches, SemanticSearchesFindTheBestFiveOfThem) {

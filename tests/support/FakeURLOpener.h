@@ -12,7 +12,12 @@ namespace dorvantel::test {
 /// Catches what would go to other programs.
 class FakeURLOpener final : public URLOpener {
 public:
-    void open(const QUrl& url) override { m_opened.append(url); }
+    bool open(const QUrl& url) override {
+        m_opened.append(url);
+        return hasProgram;
+    }
+
+    bool hasProgram = true;
 
     const QList<QUrl>& opened() const { return m_opened; }
 
