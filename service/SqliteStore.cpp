@@ -246,7 +246,9 @@ Stored<std::unique_ptr<Rows>> SqliteStore::runRanked(const Plan& plan, std::vect
         if (!predicates.empty()) {
             ids = allMatches(*reader, std::move(predicates));
         }
-        return std::make_unique<RankedRows>(std::move(reader), m_index.rank(*plan.similarTo, ids, plan.best));
+        return std::make_unique<RankedRows>(std::move(reader), plan.best
+                                                                   ? m_index.best(*plan.similarTo, ids, *plan.best)
+                                                                   : m_index.scores(*plan.similarTo, ids));
     });
 }
 

@@ -8,26 +8,31 @@
 
 namespace dorvantel::service {
 
-/// All vectors of one model in memory. Rows move when others go, so that the block has no holes. Its owner keeps
-/// writers and readers apart.
+/// Rising ids of candidates; absent: all of them.
+using SomeIds = std::optional<std::vector<std::int64_t>>;
+
+/// All vectors of one model in memory, found by the id of their candidate. Its owner keeps writers and readers apart.
 class VectorIndex {
 public:
     /// The length of its vectors; 0 while there are none.
-    std::size_t dimension() const { return m_block.dimension; }
-    std::size_t size() const { return m_block.ids.size(); }
+    std::size_t dimension() const { return m_rows.dimension(); }
+    std::size_t size() const { return m_rows.size(); }
 
     /// Takes or replaces a vector, which has the length of the others.
     void put(std::int64_t id, std::span<const float> vector);
     /// Forgets a vector; an unknown id is nothing to forget.
     void remove(std::int64_t id);
 
-    /// As `rankRows`, with ids (rising) in place of rows; ids without a vector do not take part.
-    std::vector<RankedVector> rank(std::span<const float> query, const std::optional<std::vector<std::int64_t>>& ids,
-                                   std::optional<std::size_t> limit) const;
+    /// The `limit` best of `ids` as `bestRows` finds them; ids without a vector do not take part.
+    std::vector<RankedVector> best(std::span<const float> query, const SomeIds& ids, std::size_t limit) const;
+    /// The scores of all of `ids` that have a vector, by rising id.
+    std::vector<RankedVector> scores(std::span<const float> query, const SomeIds& ids) const;
 
 private:
-    VectorBlock m_block;
-    std::unordered_map<std::int64_t, std::size_t> m_rows;
+    SomeRows rowsOf(const SomeIds& ids) const;
+
+    VectorRows m_rows;
+    std::unordered_map<std::int64_t, std::size_t> m_rowOfId;
 };
 
 } // namespace dorvantel::service

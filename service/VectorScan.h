@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "service/VectorRows.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -10,17 +12,6 @@
 
 namespace dorvantel::service {
 
-/// Vectors of one length, one behind the other, and whose they are.
-struct VectorBlock {
-    std::size_t dimension = 0;
-    std::vector<float> values;     ///< `dimension` numbers a row
-    std::vector<std::int64_t> ids; ///< one a row
-
-    std::span<const float> row(std::size_t index) const {
-        return std::span(values).subspan(index * dimension, dimension);
-    }
-};
-
 struct RankedVector {
     std::int64_t id = 0;
     float score = 0; ///< 0 to 100
@@ -28,17 +19,23 @@ struct RankedVector {
     bool operator==(const RankedVector&) const = default;
 };
 
+/// Numbers of rows; absent: all of them.
+using SomeRows = std::optional<std::vector<std::size_t>>;
+
 /// The sum of the products of two vectors of the same length. Always in the same order of additions, whatever the
 /// machine, and finite for every finite input.
 double dotProduct(std::span<const float> a, std::span<const float> b);
 
-/// A dot product moved from -1..1 to 0..100 and clamped into it.
+/// A dot product moved from -1..1 to 0..100 and clamped into it. Never falls when the dot product rises.
 float scoreOf(double dotProduct);
 
-/// The rows of `block` by their score against `query`, highest first, equal scores by rising id; only those in
-/// `rows` when given, and no more than `limit` when given. Exact: every row is scored.
-std::vector<RankedVector> rankRows(const VectorBlock& block, std::span<const float> query,
-                                   const std::optional<std::vector<std::size_t>>& rows,
-                                   std::optional<std::size_t> limit);
+/// The scores of `among` against `query`, in the order in which they come.
+std::vector<RankedVector> scoreRows(const VectorRows& rows, std::span<const float> query, const SomeRows& among);
+
+/// The `limit` rows of `among` with the highest scores against `query`, highest first, equal scores by rising id. One
+/// pass over the rows' codes bounds every score; only rows that may be among the best are scored from their numbers.
+/// Exactly what scoring and sorting them all gives, whichever the kernel.
+std::vector<RankedVector> bestRows(const VectorRows& rows, std::span<const float> query, const SomeRows& among,
+                                   std::size_t limit, const DotKernel& kernel = bestDotKernel());
 
 } // namespace dorvantel::service

@@ -23,6 +23,14 @@ std::vector<float> randomVector(std::mt19937& random, std::size_t length) {
     return vector;
 }
 
+VectorRows rowsOf(const std::vector<std::vector<float>>& vectors, const std::vector<std::int64_t>& ids) {
+    VectorRows rows;
+    for (std::size_t i = 0; i < vectors.size(); ++i) {
+        rows.append(ids[i], vectors[i]);
+    }
+    return rows;
+}
+
 double plainDotProduct(const std::vector<float>& a, const std::vector<float>& b) {
     double sum = 0;
     for (std::size_t i = 0; i < a.size(); ++i) {
@@ -58,24 +66,34 @@ TEST(ScoreOf, MapsAndClamps) {
     EXPECT_EQ(scoreOf(-2), 0);
 }
 
-TEST(RankRows, TiesComeByRisingIdWhateverTheirPlace) {
-    const VectorBlock block{1, {1, 0, 1, 1}, {9, 1, 4, 7}};
+TEST(BestRows, TiesComeByRisingIdWhateverTheirPlace) {
+    const VectorRows rows = rowsOf({{1}, {0}, {1}, {1}}, {9, 1, 4, 7});
     const std::vector<float> query{1};
-    EXPECT_THAT(rankRows(block, query, std::nullopt, std::nullopt),
+    EXPECT_THAT(bestRows(rows, query, std::nullopt, 9),
                 ElementsAre(RankedVector{4, 100}, RankedVector{7, 100}, RankedVector{9, 100}, RankedVector{1, 50}));
-    EXPECT_THAT(rankRows(block, query, std::nullopt, 2), ElementsAre(RankedVector{4, 100}, RankedVector{7, 100}));
-    EXPECT_THAT(rankRows(block, query, std::vector<std::size_t>{0, 1}, 5),
+    EXPECT_THAT(bestRows(rows, query, std::nullopt, 2), ElementsAre(RankedVector{4, 100}, RankedVector{7, 100}));
+    EXPECT_THAT(bestRows(rows, query, std::vector<std::size_t>{0, 1}, 5),
                 ElementsAre(RankedVector{9, 100}, RankedVector{1, 50}));
+    EXPECT_THAT(bestRows(rows, query, std::nullopt, 0), IsEmpty());
+    EXPECT_THAT(bestRows(rows, query, std::vector<std::size_t>{}, 5), IsEmpty());
 }
 
-TEST(RankRows, ClampedScoresAreTies) {
-    const VectorBlock block{1, {1, 0.5F}, {2, 1}};
-    EXPECT_THAT(rankRows(block, std::vector<float>{10}, std::nullopt, std::nullopt),
+TEST(BestRows, ClampedScoresAreTies) {
+    EXPECT_THAT(bestRows(rowsOf({{1}, {0.5F}}, {2, 1}), std::vector<float>{10}, std::nullopt, 5),
                 ElementsAre(RankedVector{1, 100}, RankedVector{2, 100}));
 }
 
+TEST(ScoreRows, ScoresComeInTheOrderOfTheRows) {
+    const VectorRows rows = rowsOf({{1}, {0}, {-1}}, {9, 1, 4});
+    EXPECT_THAT(scoreRows(rows, std::vector<float>{1}, std::nullopt),
+                ElementsAre(RankedVector{9, 100}, RankedVector{1, 50}, RankedVector{4, 0}));
+    EXPECT_THAT(scoreRows(rows, std::vector<float>{1}, std::vector<std::size_t>{2, 0}),
+                ElementsAre(RankedVector{4, 0}, RankedVector{9, 100}));
+}
+
 TEST(VectorIndex, EmptyIndexRanksNothing) {
-    EXPECT_THAT(VectorIndex().rank(std::vector<float>{1, 2}, std::nullopt, 5), IsEmpty());
+    EXPECT_THAT(VectorIndex().best(std::vector<float>{1, 2}, std::nullopt, 5), IsEmpty());
+    EXPECT_THAT(VectorIndex().scores(std::vector<float>{1, 2}, std::nullopt), IsEmpty());
 }
 
 TEST(VectorIndex, AgreesWithAPlainMapWhileItChanges) {
@@ -99,14 +117,15 @@ TEST(VectorIndex, AgreesWithAPlainMapWhileItChanges) {
         for (const auto& [key, vector] : plain) {
             expected.push_back({key, scoreOf(dotProduct(vector, query))});
         }
+        ASSERT_EQ(index.scores(query, std::nullopt), expected);
         std::ranges::stable_sort(expected, std::ranges::greater(), &RankedVector::score);
-        ASSERT_EQ(index.rank(query, std::nullopt, std::nullopt), expected);
+        ASSERT_EQ(index.best(query, std::nullopt, 100), expected);
 
         for (std::int64_t even = 0; even < 60; even += 2) {
             evenIds.push_back(even);
         }
         std::erase_if(expected, [](const RankedVector& ranked) { return ranked.id % 2 != 0; });
         expected.resize(std::min<std::size_t>(expected.size(), 5));
-        ASSERT_EQ(index.rank(query, evenIds, 5), expected);
+        ASSERT_EQ(index.best(query, evenIds, 5), expected);
     }
 }
