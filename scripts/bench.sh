@@ -10,7 +10,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/packages.sh
-install_missing "${program_packages[@]}"
+install_missing "${program_packages[@]}" "${bench_packages[@]}"
 
 logs=build/bench-logs
 mkdir -p "$logs"

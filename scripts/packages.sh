@@ -19,6 +19,9 @@ test_packages=(
 # What making and checking the Debian packages takes beside that of the program.
 package_packages=(dpkg-dev fakeroot file lintian mmdebstrap sudo)
 
+# Yardsticks of the benchmarks alone. Any implementation of BLAS does.
+bench_packages=(libfaiss-dev liblapack-dev libblas-dev)
+
 # What the preset "tidy" takes beside that.
 tidy_packages=(clang-19 clang-tidy-19 clang-format-19)
 
