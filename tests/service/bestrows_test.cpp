@@ -191,7 +191,7 @@ std::string nameOf(const testing::TestParamInfo<const DotKernel*>& info) {
 
 TEST_P(BestRowsOnEveryKernel, SameRowsAndScoresAsThePlainPass) {
     for (const std::size_t dimension : dimensions()) {
-        for (const Scene& scene : Scenes(dimension, dimension < 200 ? 150 : 57).all()) {
+        for (const Scene& scene : Scenes(dimension, dimension < 200 ? 100 : 41).all()) {
             const VectorRows rows = rowsOf(scene.vectors);
             std::vector<RankedVector> expected = plainBest(rows, scene.query, std::nullopt, 40);
             for (const std::size_t limit : {40, 5, 1}) {
