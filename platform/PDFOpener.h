@@ -11,8 +11,9 @@
 namespace dorvantel {
 
 class PDFDocument;
+class PDFPageRenderer;
 
-/// Opens PDFs from bytes. Lives on the UI thread, is called there and completes there.
+/// Opens PDFs from bytes, and draws what was opened. Lives on the UI thread, is called there and completes there.
 class PDFOpener {
 public:
     using Completion = std::function<void(std::shared_ptr<PDFDocument>)>;
@@ -23,6 +24,9 @@ public:
     /// null for bytes that do not open (not a PDF, broken, protected by a password, too slow or too large to read).
     /// When `context` is destroyed first, the opening is given up and `completion` is never called.
     virtual void open(const QByteArray& bytes, QObject* context, Completion completion) = 0;
+
+    /// Whoever draws the pages of `document`, which is not null and has pages. Independent of the opener from then on.
+    virtual std::unique_ptr<PDFPageRenderer> makeRenderer(std::shared_ptr<const PDFDocument> document) const = 0;
 };
 
 } // namespace dorvantel

@@ -5,6 +5,7 @@
 #include "platform/MainQueue.h"
 #include "platform/PDFDocument.h"
 #include "platform/PDFPageFrames.h"
+#include "platform/ProcessPDFPageRenderer.h"
 
 #include <QFileInfo>
 #include <QProcess>
@@ -92,6 +93,10 @@ ProcessPDFOpener::ProcessPDFOpener(QString readerProgram, std::chrono::milliseco
 
 void ProcessPDFOpener::open(const QByteArray& bytes, QObject* context, Completion completion) {
     (new Reading(bytes, context, std::move(completion)))->start(m_readerProgram, m_timeLimit);
+}
+
+std::unique_ptr<PDFPageRenderer> ProcessPDFOpener::makeRenderer(std::shared_ptr<const PDFDocument> document) const {
+    return std::make_unique<ProcessPDFPageRenderer>(m_readerProgram, std::move(document), m_timeLimit);
 }
 
 QString findPDFReader(const QString& programFolder) {

@@ -16,10 +16,11 @@ namespace dorvantel {
 class ProcessPDFOpener final : public PDFOpener {
 public:
     /// `readerProgram` is the path of dorvantel-pdf-reader; `timeLimit` is from the call of `open` to the last byte of
-    /// the page texts. When the program cannot be started, no PDF opens.
+    /// the page texts, and holds for each page that is drawn. When the program cannot be started, no PDF opens.
     explicit ProcessPDFOpener(QString readerProgram, std::chrono::milliseconds timeLimit = std::chrono::seconds(10));
 
     void open(const QByteArray& bytes, QObject* context, Completion completion) override;
+    std::unique_ptr<PDFPageRenderer> makeRenderer(std::shared_ptr<const PDFDocument> document) const override;
 
 private:
     QString m_readerProgram;

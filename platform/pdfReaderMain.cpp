@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/PDFPageFrames.h"
 #include "platform/PDFPageReader.h"
+#include "platform/PDFPageServer.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -23,26 +24,38 @@ enum ExitCode { exitOpened = 0, exitNotOpened = 1, exitUsage = 2 };
 
 constexpr auto usage =
     "usage: dorvantel-pdf-reader               reads a PDF from standard input, writes its page texts as frames\n"
+    "       dorvantel-pdf-reader --render      reads a PDF as a frame, then draws the pages that are asked for\n"
     "       dorvantel-pdf-reader --text FILE   writes the text of the PDF's pages, a form feed after each\n";
 
-void limit(__rlimit_resource resource, rlim_t value) {
-    const rlimit both{value, value};
-    if (setrlimit(resource, &both) != 0) {
+void setLimits(__rlimit_resource resource, const rlimit& limits) {
+    if (setrlimit(resource, &limits) != 0) {
         std::abort();
     }
 }
 
+void limit(__rlimit_resource resource, rlim_t value) {
+    setLimits(resource, {value, value});
+}
+
+constexpr rlim_t processorSeconds = 10;
+
 /// What a PDF may cost, whatever is in it. Set before the first byte of it is read.
 void limitThisProcess() {
-    constexpr rlim_t seconds = 10;
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     limit(RLIMIT_CORE, 0);
-    limit(RLIMIT_CPU, seconds);
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     // The sanitizers' shadow memory alone is terabytes of address space.
     constexpr rlim_t addressSpace = 1U << 30U;
     limit(RLIMIT_AS, addressSpace);
 #endif
+}
+
+/// From here on; the processor time that was used up to now does not count.
+void limitProcessorTimeFromNow() {
+    rusage used{};
+    getrusage(RUSAGE_SELF, &used);
+    const auto seconds = static_cast<rlim_t>(used.ru_utime.tv_sec + used.ru_stime.tv_sec) + 1;
+    setLimits(RLIMIT_CPU, {seconds + processorSeconds, RLIM_INFINITY});
 }
 
 /// No file can grow from here on; pipes are no files.
@@ -88,6 +101,12 @@ int main(int argc, char** argv) {
     limitThisProcess();
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (arguments == QStringList{u"--render"_s}) {
+        forbidWritingFiles();
+        limitProcessorTimeFromNow();
+        return servePages(stdin, stdout, limitProcessorTimeFromNow) ? exitOpened : exitNotOpened;
+    }
+    limit(RLIMIT_CPU, processorSeconds);
     if (arguments.isEmpty()) {
         forbidWritingFiles();
         return writeFrames();

@@ -3,6 +3,7 @@
 #include "platform/PDFDocument.h"
 #include "platform/PDFPageFrames.h"
 #include "platform/ProcessPDFOpener.h"
+#include "tests/support/FakeReader.h"
 #include "tests/support/Print.h"
 #include "tests/support/SamplePDF.h"
 #include "tests/support/Wait.h"
@@ -10,10 +11,8 @@
 #include <QBuffer>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QFile>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QTemporaryDir>
 #include <QTimer>
 
 #include <array>
@@ -73,40 +72,6 @@ QStringList texts(const PDFDocument& document) {
         all.append(document.pageText(page));
     }
     return all;
-}
-
-/// A program of a few lines of shell that stands for the reader.
-class FakeReader {
-public:
-    explicit FakeReader(const QByteArray& script) {
-        QFile file(path());
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("#!/bin/sh\n" + script + "\n");
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    }
-    QString path() const { return m_folder.filePath(u"reader"_s); }
-    QString file(const QString& name) const { return m_folder.filePath(name); }
-
-    /// Puts `content` beside the program, where it finds it as "$(dirname $0)/NAME".
-    void put(const QString& name, const QByteArray& content) const {
-        QFile beside(file(name));
-        EXPECT_TRUE(beside.open(QIODevice::WriteOnly));
-        beside.write(content);
-    }
-
-private:
-    QTemporaryDir m_folder;
-};
-
-QByteArray content(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool isRunning(pid_t process) {
-    // A process that has ended but was not waited for still has a number.
-    const QByteArray status = content(u"/proc/%1/status"_s.arg(process));
-    return !status.isEmpty() && !status.contains("State:\tZ");
 }
 
 QByteArray writtenPDF(const QStringList& pages) {
@@ -324,8 +289,8 @@ TEST(ProcessPDFOpener, DestroyingTheContextKillsTheReaderAndNothingCompletes) {
     auto context = std::make_unique<QObject>();
     Opened opened;
     opener.open("whatever", context.get(), opened.completion());
-    ASSERT_TRUE(waitUntil([&] { return content(fake.file(u"pid"_s)).endsWith('\n'); }));
-    const pid_t process = content(fake.file(u"pid"_s)).trimmed().toInt();
+    ASSERT_TRUE(waitUntil([&] { return contentOf(fake.file(u"pid"_s)).endsWith('\n'); }));
+    const pid_t process = contentOf(fake.file(u"pid"_s)).trimmed().toInt();
     EXPECT_TRUE(isRunning(process));
     context.reset();
     EXPECT_FALSE(isRunning(process));

@@ -4,6 +4,7 @@
 
 #include "platform/PDFDocument.h"
 #include "platform/PDFOpener.h"
+#include "tests/support/FakePDFPageRenderer.h"
 
 #include <QPointer>
 
@@ -17,6 +18,15 @@ public:
     void open(const QByteArray& bytes, QObject* context, Completion completion) override {
         m_openings.push_back({bytes, context, std::move(completion)});
     }
+
+    /// The renderer answers when the test lets it.
+    std::unique_ptr<PDFPageRenderer> makeRenderer(std::shared_ptr<const PDFDocument>) const override {
+        auto renderer = std::make_unique<FakePDFPageRenderer>();
+        m_renderers.push_back(renderer.get());
+        return renderer;
+    }
+    /// The renderer made last; null when it is gone or there was none.
+    FakePDFPageRenderer* renderer() const { return m_renderers.empty() ? nullptr : m_renderers.back().get(); }
 
     qsizetype openings() const { return static_cast<qsizetype>(m_openings.size()); }
     const QByteArray& bytes(std::size_t opening) const { return m_openings.at(opening).bytes; }
@@ -41,6 +51,7 @@ private:
     }
 
     std::vector<Opening> m_openings;
+    mutable std::vector<QPointer<FakePDFPageRenderer>> m_renderers;
 };
 
 } // namespace dorvantel::test
