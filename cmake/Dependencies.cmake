@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Dorvantel founders
 # SPDX-License-Identifier: MIT
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network Pdf PdfWidgets Svg Concurrent)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network Pdf Svg Concurrent)
 find_package(ICU 70 REQUIRED COMPONENTS uc i18n)
 find_package(SQLite3 3.38 REQUIRED)
 find_package(nlohmann_json 3.11 REQUIRED)

@@ -226,7 +226,7 @@ void CandidateDetailUIView::renewPages() {
 
 QWidget* CandidateDetailUIView::makePDFPage() const {
     if (m_pdfDocument) {
-        return new PDFKitView(m_pdfDocument);
+        return new PDFKitView(m_pdfDocument, m_pdfs);
     }
     if (m_isLoadingPDF) {
         return makeProgress(u"Cargando PDF..."_s);

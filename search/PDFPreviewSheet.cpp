@@ -13,7 +13,8 @@ namespace dorvantel {
 
 using namespace Qt::StringLiterals;
 
-PDFPreviewSheet::PDFPreviewSheet(const std::shared_ptr<const PDFDocument>& pdfDocument, QWidget* parent)
+PDFPreviewSheet::PDFPreviewSheet(const std::shared_ptr<const PDFDocument>& pdfDocument, const PDFOpener& pdfs,
+                                 QWidget* parent)
     : QDialog(parent) {
     setObjectName(u"pdfPreview"_s);
     setWindowTitle(u"Vista previa del CV"_s);
@@ -36,7 +37,7 @@ PDFPreviewSheet::PDFPreviewSheet(const std::shared_ptr<const PDFDocument>& pdfDo
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addLayout(header);
-    column->addWidget(new PDFKitView(pdfDocument), 1);
+    column->addWidget(new PDFKitView(pdfDocument, pdfs), 1);
 }
 
 } // namespace dorvantel

@@ -76,6 +76,7 @@ SearchResultDetailUIView::SearchResultDetailUIView(std::shared_ptr<const Identif
     : LazyRow(parent)
     , m_result(std::move(result))
     , m_lineColorIndex(lineColorIndex)
+    , m_pdfs(services.pdfs)
     , m_urls(services.urls)
     , m_cv(m_result, services.records, services.pdfs) {
     setObjectName(u"searchResult"_s);
@@ -226,7 +227,7 @@ void SearchResultDetailUIView::showPreview() {
         return;
     }
     if (m_cv.loadedPDFDocument()) {
-        present(new PDFPreviewSheet(m_cv.loadedPDFDocument(), window()));
+        present(new PDFPreviewSheet(m_cv.loadedPDFDocument(), m_pdfs, window()));
     } else {
         tell(u"noPDF"_s, u"PDF no disponible"_s);
     }

@@ -62,6 +62,7 @@ private:
 
     std::shared_ptr<const IdentifiableQueryResult> m_result;
     int m_lineColorIndex;
+    const PDFOpener& m_pdfs;
     URLOpener& m_urls;
     ResultCV m_cv;
     QToolButton* m_disclosure = nullptr;

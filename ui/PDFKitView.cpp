@@ -3,34 +3,19 @@
 #include "ui/PDFKitView.h"
 
 #include "platform/PDFDocument.h"
+#include "platform/PDFOpener.h"
+#include "platform/PDFPageRenderer.h"
+#include "ui/PDFView.h"
 
-#include <QBuffer>
-#include <QPdfDocument>
-#include <QPdfView>
-#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace dorvantel {
 
-using namespace Qt::StringLiterals;
-
-/// The library reads from the buffer for as long as the document is open.
-struct PDFKitView::OpenDocument {
-    QBuffer buffer;
-    QPdfDocument document{nullptr};
-};
-
-PDFKitView::PDFKitView(std::shared_ptr<const PDFDocument> pdfDocument, QWidget* parent)
+PDFKitView::PDFKitView(std::shared_ptr<const PDFDocument> pdfDocument, const PDFOpener& pdfs, QWidget* parent)
     : QWidget(parent)
     , m_pdfDocument(std::move(pdfDocument))
-    , m_pdfView(new QPdfView(this)) {
-    m_pdfView->setPageMode(QPdfView::PageMode::MultiPage);
-    m_pdfView->setZoomMode(QPdfView::ZoomMode::FitToWidth);
-    m_pdfView->setFrameShape(QFrame::NoFrame);
-    // A scroll bar that came and went with the height of the pages would change their width, and so their height.
-    m_pdfView->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    m_pdfView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_pdfView->setAccessibleName(u"PDF"_s);
+    , m_pdfs(pdfs)
+    , m_pdfView(new PDFView(this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_pdfView);
@@ -38,10 +23,7 @@ PDFKitView::PDFKitView(std::shared_ptr<const PDFDocument> pdfDocument, QWidget* 
     open();
 }
 
-PDFKitView::~PDFKitView() {
-    // Its thread may be drawing a page of the open document.
-    delete m_pdfView;
-}
+PDFKitView::~PDFKitView() = default;
 
 void PDFKitView::setPDFDocument(std::shared_ptr<const PDFDocument> pdfDocument) {
     if (m_pdfDocument != pdfDocument) {
@@ -51,16 +33,9 @@ void PDFKitView::setPDFDocument(std::shared_ptr<const PDFDocument> pdfDocument) 
 }
 
 void PDFKitView::open() {
-    std::unique_ptr<OpenDocument> opened;
-    if (m_pdfDocument && !m_pdfDocument->dataRepresentation().isEmpty()) {
-        opened = std::make_unique<OpenDocument>();
-        opened->buffer.setData(m_pdfDocument->dataRepresentation());
-        opened->buffer.open(QIODevice::ReadOnly);
-        opened->document.load(&opened->buffer);
-    }
-    m_pdfView->setDocument(opened ? &opened->document : nullptr);
-    m_open = std::move(opened);
-    m_pdfView->verticalScrollBar()->setValue(0);
+    const bool hasPages = m_pdfDocument && m_pdfDocument->pageCount() > 0;
+    m_pdfView->setDocument(hasPages ? static_cast<int>(m_pdfDocument->pageCount()) : 0,
+                           hasPages ? m_pdfs.makeRenderer(m_pdfDocument) : nullptr);
 }
 
 } // namespace dorvantel

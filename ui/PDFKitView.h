@@ -6,19 +6,19 @@
 
 #include <memory>
 
-class QPdfView;
-
 namespace dorvantel {
 
 class PDFDocument;
+class PDFOpener;
+class PDFView;
 
-/// Shows a document from its first page to its last, scaled to fit the width of the view, whatever width that is. Pages
-/// are drawn on a thread of their own. The empty document shows nothing. Lives on the UI thread.
+/// Shows a document from its first page to its last, scaled to fit the width of the view, whatever width that is. The
+/// empty document shows nothing. Lives on the UI thread and never waits for the pages, which `pdfs` has drawn.
 class PDFKitView final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit PDFKitView(std::shared_ptr<const PDFDocument> pdfDocument, QWidget* parent = nullptr);
+    PDFKitView(std::shared_ptr<const PDFDocument> pdfDocument, const PDFOpener& pdfs, QWidget* parent = nullptr);
     ~PDFKitView() override;
 
     const std::shared_ptr<const PDFDocument>& pdfDocument() const { return m_pdfDocument; }
@@ -27,15 +27,14 @@ public:
     void setPDFDocument(std::shared_ptr<const PDFDocument> pdfDocument);
 
     /// The control that shows the pages, made once.
-    QPdfView* pdfView() const { return m_pdfView; }
+    PDFView* pdfView() const { return m_pdfView; }
 
 private:
-    struct OpenDocument;
     void open();
 
     std::shared_ptr<const PDFDocument> m_pdfDocument;
-    std::unique_ptr<OpenDocument> m_open; ///< what the view reads the pages from
-    QPdfView* m_pdfView;
+    const PDFOpener& m_pdfs;
+    PDFView* m_pdfView;
 };
 
 } // namespace dorvantel

@@ -372,7 +372,8 @@ TEST_F(SearchResultTest, ScreenReadersHearWhoseRowAndButtonsTheyAre) {
 }
 
 TEST(PDFPreviewSheet, HasItsTitleItsSizeAndAButtonThatClosesIt) {
-    PDFPreviewSheet sheet(std::make_shared<PDFDocument>(), nullptr);
+    const FakePDFOpener pdfs;
+    PDFPreviewSheet sheet(std::make_shared<PDFDocument>(), pdfs, nullptr);
     EXPECT_GE(sheet.minimumWidth(), 600);
     EXPECT_GE(sheet.minimumHeight(), 700);
     EXPECT_EQ(sheet.findChild<QLabel*>()->text(), u"Vista previa del CV"_s);

@@ -1,13 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "platform/PDFDocument.h"
+#include "platform/PDFPageRenderer.h"
+#include "platform/ProcessPDFOpener.h"
+#include "tests/support/SamplePDF.h"
 #include "tests/support/Wait.h"
 #include "ui/PDFKitView.h"
+#include "ui/PDFView.h"
 
 #include <QBuffer>
 #include <QPainter>
-#include <QPdfDocument>
-#include <QPdfView>
 #include <QPdfWriter>
 #include <QScrollBar>
 #include <QTest>
@@ -19,6 +21,9 @@ namespace dorvantel {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// Draws in the process that ships with the program.
+const ProcessPDFOpener pdfs(QStringLiteral(DORVANTEL_BIN_DIR "/dorvantel-pdf-reader"));
 
 /// A document of A4 pages, each filled with its colour.
 std::shared_ptr<const PDFDocument> documentOf(const QList<QColor>& pages) {
@@ -67,14 +72,14 @@ void show(PDFKitView& view) {
 } // namespace
 
 TEST(PDFKitView, ShowsTheFirstPageScaledToTheWidth) {
-    PDFKitView view(documentOf({Qt::red, Qt::green}));
+    PDFKitView view(documentOf({Qt::red, Qt::green}), pdfs);
     show(view);
     ASSERT_TRUE(shows(view, Qt::red));
     EXPECT_GT(shareOfWidth(view, Qt::red), 0.9);
 }
 
 TEST(PDFKitView, ScrollsThroughAllPages) {
-    PDFKitView view(documentOf({Qt::red, Qt::green, Qt::blue}));
+    PDFKitView view(documentOf({Qt::red, Qt::green, Qt::blue}), pdfs);
     show(view);
     QScrollBar* bar = view.pdfView()->verticalScrollBar();
     ASSERT_TRUE(test::waitUntil([&] { return bar->maximum() > 0; }));
@@ -85,7 +90,7 @@ TEST(PDFKitView, ScrollsThroughAllPages) {
 }
 
 TEST(PDFKitView, FollowsItsWidth) {
-    PDFKitView view(documentOf({Qt::red, Qt::green}));
+    PDFKitView view(documentOf({Qt::red, Qt::green}), pdfs);
     show(view);
     ASSERT_TRUE(shows(view, Qt::red));
     const int narrow = view.pdfView()->verticalScrollBar()->maximum();
@@ -96,7 +101,7 @@ TEST(PDFKitView, FollowsItsWidth) {
 }
 
 TEST(PDFKitView, TheKeyboardScrolls) {
-    PDFKitView view(documentOf({Qt::red, Qt::green}));
+    PDFKitView view(documentOf({Qt::red, Qt::green}), pdfs);
     show(view);
     ASSERT_TRUE(shows(view, Qt::red));
     QTest::keyClick(view.pdfView(), Qt::Key_PageDown);
@@ -106,9 +111,9 @@ TEST(PDFKitView, TheKeyboardScrolls) {
 TEST(PDFKitView, TheEmptyDocumentAndNoDocumentShowNothing) {
     for (const std::shared_ptr<const PDFDocument>& document :
          {std::shared_ptr<const PDFDocument>(), std::shared_ptr<const PDFDocument>(new PDFDocument)}) {
-        PDFKitView view(document);
+        PDFKitView view(document, pdfs);
         show(view);
-        EXPECT_EQ(view.pdfView()->document(), nullptr);
+        EXPECT_EQ(view.pdfView()->pageCount(), 0);
         EXPECT_EQ(view.pdfView()->verticalScrollBar()->maximum(), 0);
         const QImage image = view.grab().toImage();
         EXPECT_EQ(image.pixelColor(20, 20), image.pixelColor(image.width() / 2, image.height() / 2));
@@ -116,13 +121,13 @@ TEST(PDFKitView, TheEmptyDocumentAndNoDocumentShowNothing) {
 }
 
 TEST(PDFKitView, BytesThatAreNoPDFShowNothing) {
-    PDFKitView view(std::make_shared<PDFDocument>("not a PDF", QStringList()));
+    PDFKitView view(std::make_shared<PDFDocument>("not a PDF", QStringList()), pdfs);
     show(view);
     EXPECT_EQ(view.pdfView()->verticalScrollBar()->maximum(), 0);
 }
 
 TEST(PDFKitView, AnUpdateShowsTheOtherDocumentFromItsBeginning) {
-    PDFKitView view(documentOf({Qt::red, Qt::green}));
+    PDFKitView view(documentOf({Qt::red, Qt::green}), pdfs);
     show(view);
     ASSERT_TRUE(shows(view, Qt::red));
     QScrollBar* bar = view.pdfView()->verticalScrollBar();
@@ -136,7 +141,7 @@ TEST(PDFKitView, AnUpdateShowsTheOtherDocumentFromItsBeginning) {
 
 TEST(PDFKitView, AnUpdateWithTheDocumentThatIsShownKeepsThePlace) {
     const std::shared_ptr<const PDFDocument> document = documentOf({Qt::red, Qt::green});
-    PDFKitView view(document);
+    PDFKitView view(document, pdfs);
     show(view);
     ASSERT_TRUE(shows(view, Qt::red));
     view.pdfView()->verticalScrollBar()->setValue(100);
@@ -147,16 +152,29 @@ TEST(PDFKitView, AnUpdateWithTheDocumentThatIsShownKeepsThePlace) {
 
 TEST(PDFKitView, ADocumentOutlivesWhoeverGaveIt) {
     std::shared_ptr<const PDFDocument> document = documentOf({Qt::red});
-    PDFKitView view(document);
+    PDFKitView view(document, pdfs);
     document.reset();
     show(view);
     EXPECT_TRUE(shows(view, Qt::red));
 }
 
+TEST(PDFKitView, ThePagesOfBytesThatAreNoPDFAreUnavailable) {
+    PDFKitView view(std::make_shared<PDFDocument>("not a PDF", QStringList{u"Uno"_s}), pdfs);
+    show(view);
+    EXPECT_TRUE(test::waitUntil([&] { return view.pdfView()->pageState(0) == PDFView::PageState::Unavailable; }));
+}
+
+TEST(PDFKitView, AMissingReaderMakesThePagesUnavailable) {
+    const ProcessPDFOpener missing(u"/nonexistent/reader"_s);
+    PDFKitView view(documentOf({Qt::red}), missing);
+    show(view);
+    EXPECT_TRUE(test::waitUntil([&] { return view.pdfView()->pageState(0) == PDFView::PageState::Unavailable; }));
+}
+
 TEST(PDFKitView, CanBeDestroyedWhileItDraws) {
     const std::shared_ptr<const PDFDocument> document = documentOf(QList<QColor>(20, Qt::red));
     for (int i = 0; i < 10; ++i) {
-        PDFKitView view(document);
+        PDFKitView view(document, pdfs);
         show(view);
         view.grab();
     }
