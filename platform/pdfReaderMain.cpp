@@ -58,6 +58,12 @@ void limitProcessorTimeFromNow() {
     setLimits(RLIMIT_CPU, {seconds + processorSeconds, RLIM_INFINITY});
 }
 
+/// The window comes first; where there is a processor left, this costs nothing.
+void yieldToTheWindow() {
+    constexpr int niceness = 5;
+    setpriority(PRIO_PROCESS, 0, niceness);
+}
+
 /// No file can grow from here on; pipes are no files.
 void forbidWritingFiles() {
     limit(RLIMIT_FSIZE, 0);
@@ -103,6 +109,7 @@ int main(int argc, char** argv) {
     const QStringList arguments = QCoreApplication::arguments().mid(1);
     if (arguments == QStringList{u"--render"_s}) {
         forbidWritingFiles();
+        yieldToTheWindow();
         limitProcessorTimeFromNow();
         return servePages(stdin, stdout, limitProcessorTimeFromNow) ? exitOpened : exitNotOpened;
     }
