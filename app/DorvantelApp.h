@@ -31,6 +31,8 @@ public:
 
     /// Opens the settings window, or brings it to the front.
     void openSettings();
+    /// Null until it was opened.
+    SettingsView* settingsView() const { return m_settingsView.get(); }
     void showAbout();
 
 private:

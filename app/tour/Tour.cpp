@@ -8,6 +8,7 @@
 #include "ui/SegmentedControl.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QLineEdit>
@@ -53,24 +54,23 @@ QList<QDialog*> dialogsOver(const QWidget& window) {
 
 } // namespace
 
-Tour::Tour(const QDir& out)
+Tour::Tour(const QDir& out, const QSize& windowSize)
     : m_out(out)
-    , m_pdfs(findPDFReader(QCoreApplication::applicationDirPath())) {
+    , m_windowSize(windowSize) {
     AppSettings& settings = AppSettings::shared();
     settings.setOllamaURL(m_companions.modelServerUrl());
     settings.setSelectedLLMModel(u"demo-texto:latest"_s);
     settings.setSelectedEmbeddingModel(u"demo-vectores:latest"_s);
     m_companions.fillStore();
-    m_records = std::make_unique<APIRequest>(m_http, m_companions.recordsUrl());
-    m_models = std::make_unique<OllamaService>(m_http, settings);
     openWindow();
 }
 
 void Tour::openWindow() {
-    m_window = std::make_unique<ContentView>(ContentView::Services{*m_records, *m_models, m_pdfs, m_urls});
-    m_window->resize(1100, 720);
-    m_window->show();
-    waitUntil(u"the candidates are listed"_s, [this] { return !m_window->model().dbRecords().empty(); });
+    m_app.reset();
+    m_app = std::make_unique<DorvantelApp>(AppSettings::shared(), m_companions.recordsUrl());
+    window().resize(m_windowSize);
+    window().show();
+    waitUntil(u"the candidates are listed"_s, [this] { return !window().model().dbRecords().empty(); });
 }
 
 void Tour::takeMainJob(const QString& cv) {
@@ -89,15 +89,15 @@ void Tour::takeMainJob(const QString& cv) {
     name.selectAll();
     typeText(name, u"  maría josé lópez DEL VALLE"_s);
     picture(u"nombre-corregido"_s);
-    const std::size_t before = m_window->model().dbRecords().size();
+    const std::size_t before = window().model().dbRecords().size();
     press(u"ok"_s);
-    waitUntil(u"the candidate is listed"_s, [&] { return m_window->model().dbRecords().size() == before + 1; });
+    waitUntil(u"the candidate is listed"_s, [&] { return window().model().dbRecords().size() == before + 1; });
     picture(u"guardado"_s);
 
     const QString stored = u"María José López Del Valle"_s;
     openWindow();
     waitUntil(u"the candidate is there after a restart"_s, [&] {
-        if (std::ranges::any_of(m_window->model().dbRecords(), [&](const auto& r) { return r->name == stored; })) {
+        if (std::ranges::any_of(window().model().dbRecords(), [&](const auto& r) { return r->name == stored; })) {
             return true;
         }
         openWindow(); // the first was quicker than the store
@@ -105,12 +105,12 @@ void Tour::takeMainJob(const QString& cv) {
     });
     clickCandidate(stored);
     lookAtCandidate();
-    const std::size_t count = m_window->model().dbRecords().size();
-    QTest::keyClick(m_window->findChild<QListView*>(u"candidateList"_s), Qt::Key_Delete);
-    waitUntil(u"the question before deleting"_s, [this] { return m_window->findChild<QMessageBox*>() != nullptr; });
+    const std::size_t count = window().model().dbRecords().size();
+    QTest::keyClick(window().findChild<QListView*>(u"candidateList"_s), Qt::Key_Delete);
+    waitUntil(u"the question before deleting"_s, [this] { return window().findChild<QMessageBox*>() != nullptr; });
     picture(u"borrar"_s);
     answerDeleteAlert();
-    waitUntil(u"the candidate is gone"_s, [&] { return m_window->model().dbRecords().size() == count - 1; });
+    waitUntil(u"the candidate is gone"_s, [&] { return window().model().dbRecords().size() == count - 1; });
     picture(u"borrado"_s);
 }
 
@@ -123,30 +123,46 @@ void Tour::takeThrough(const QString& cv) {
     showPage(1);
     picture(name + u"-generados"_s);
     press(u"ok"_s);
-    if (m_window->intake().sheetIsShowing()) {
+    if (window().intake().sheetIsShowing()) {
         press(u"cancel"_s);
     }
-    waitUntil(u"the sheet is gone"_s, [this] { return !m_window->intake().sheetIsShowing(); });
+    waitUntil(u"the sheet is gone"_s, [this] { return !window().intake().sheetIsShowing(); });
 }
 
 void Tour::takeModelServerAway(const QString& cv) {
     m_companions.stopModelServer();
     drag(cv);
     drop(cv);
-    waitUntil(u"the alert"_s, [this] { return m_window->intake().processingError().has_value(); });
+    waitUntil(u"the alert"_s, [this] { return window().intake().processingError().has_value(); });
     picture(u"error"_s);
-    auto* alert = m_window->findChild<QMessageBox*>(u"errorAlert"_s);
+    auto* alert = window().findChild<QMessageBox*>(u"errorAlert"_s);
     QTest::mouseClick(alert->buttons().first(), Qt::LeftButton);
-    waitUntil(u"the alert is gone"_s, [this] { return !m_window->intake().processingError(); });
+    waitUntil(u"the alert is gone"_s, [this] { return !window().intake().processingError(); });
     QTest::keyClick(&find(u"validationSheet"_s), Qt::Key_Escape);
-    waitUntil(u"the sheet is gone"_s, [this] { return !m_window->intake().sheetIsShowing(); });
+    waitUntil(u"the sheet is gone"_s, [this] { return !window().intake().sheetIsShowing(); });
     picture(u"tras-el-error"_s);
+}
+
+void Tour::takeSettings() {
+    m_app->openSettings();
+    auto* settings = m_app->settingsView();
+    picture(u"ajustes-servidor"_s, *settings);
+    settings->setCurrentIndex(1);
+    waitUntil(u"the models are listed"_s, [&] {
+        const auto pickers = settings->findChildren<QComboBox*>();
+        return !pickers.isEmpty() && std::ranges::all_of(pickers, [](const auto* one) { return one->count() > 1; });
+    });
+    picture(u"ajustes-modelos"_s, *settings);
+    settings->close();
+    m_app->showAbout();
+    picture(u"acerca-de"_s);
+    dialogsOver(window()).constLast()->close();
 }
 
 void Tour::drag(const QString& cv) {
     const auto data = mimeData(cv);
-    QDragEnterEvent event(m_window->rect().center(), Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(m_window.get(), &event);
+    QDragEnterEvent event(window().rect().center(), Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window(), &event);
     if (!event.isAccepted()) {
         fail(u"the window takes the drag of "_s + cv);
     }
@@ -155,13 +171,13 @@ void Tour::drag(const QString& cv) {
 
 void Tour::drop(const QString& cv) {
     const auto data = mimeData(cv);
-    QDropEvent event(m_window->rect().center(), Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(m_window.get(), &event);
-    waitUntil(u"the sheet opens"_s, [this] { return m_window->intake().sheetIsShowing(); });
+    QDropEvent event(window().rect().center(), Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window(), &event);
+    waitUntil(u"the sheet opens"_s, [this] { return window().intake().sheetIsShowing(); });
 }
 
 void Tour::waitForData() {
-    waitUntil(u"the data is extracted"_s, [this] { return m_window->intake().dataExtracted(); });
+    waitUntil(u"the data is extracted"_s, [this] { return window().intake().dataExtracted(); });
 }
 
 void Tour::showPage(int page) {
@@ -207,12 +223,12 @@ void Tour::clickCandidate(const QString& name) {
 }
 
 void Tour::answerDeleteAlert() {
-    auto* alert = m_window->findChild<QMessageBox*>(u"deleteAlert"_s);
+    auto* alert = window().findChild<QMessageBox*>(u"deleteAlert"_s);
     QTest::mouseClick(alert->defaultButton(), Qt::LeftButton);
 }
 
 QWidget& Tour::find(const QString& objectName) const {
-    for (auto* widget : m_window->findChildren<QWidget*>(objectName)) {
+    for (auto* widget : window().findChildren<QWidget*>(objectName)) {
         if (widget->isVisible()) {
             return *widget;
         }
@@ -221,15 +237,18 @@ QWidget& Tour::find(const QString& objectName) const {
 }
 
 void Tour::picture(const QString& name) {
+    picture(name, window());
+}
+
+void Tour::picture(const QString& name, QWidget& window) {
     QTest::qWait(50); // what was asked to be painted is painted
-    QPixmap pixmap = m_window->grab();
+    QPixmap pixmap = window.grab();
     QPainter painter(&pixmap);
-    for (QDialog* dialog : dialogsOver(*m_window)) {
-        painter.fillRect(m_window->rect(), QColor(0, 0, 0, 60));
+    for (QDialog* dialog : dialogsOver(window)) {
+        painter.fillRect(window.rect(), QColor(0, 0, 0, 60));
         const QPixmap sheet = dialog->grab();
         const QSizeF size = sheet.deviceIndependentSize();
-        painter.drawPixmap(QPointF((m_window->width() - size.width()) / 2, (m_window->height() - size.height()) / 2),
-                           sheet);
+        painter.drawPixmap(QPointF((window.width() - size.width()) / 2, (window.height() - size.height()) / 2), sheet);
     }
     painter.end();
     const QString path = m_out.filePath(u"%1-%2.png"_s.arg(++m_pictures, 2, 10, QLatin1Char('0')).arg(name));

@@ -2,15 +2,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/ContentView.h"
+#include "app/DorvantelApp.h"
 #include "app/tour/Companions.h"
-#include "modelserver/OllamaService.h"
-#include "platform/HttpSession.h"
-#include "platform/ProcessPDFOpener.h"
-#include "platform/URLOpener.h"
-#include "records/APIRequest.h"
+#include "app/tour/MailCatcher.h"
 
 #include <QDir>
+#include <QSize>
 #include <QStringList>
 
 #include <functional>
@@ -18,21 +15,13 @@
 
 namespace dorvantel {
 
-/// Keeps what was to be opened.
-struct CatchingURLOpener final : URLOpener {
-    bool open(const QUrl& url) override {
-        caught = url;
-        return true;
-    }
-    QUrl caught;
-};
-
-/// Goes through the main job in the real main window, with the real records service and the stand-in model server, as a
-/// recruiter would: by drops, keys and clicks. Leaves one picture per step. A step that fails throws
+/// Goes through the real program, with the real records service and the stand-in model server, as a recruiter would: by
+/// drops, keys and clicks. Leaves one picture per step. A step that fails throws
 /// std::runtime_error with the step's name.
 class Tour {
 public:
-    explicit Tour(const QDir& out);
+    /// Pictures go to `out`; the main window has `windowSize`.
+    Tour(const QDir& out, const QSize& windowSize);
 
     /// The whole main job with the CV at `cv`.
     void takeMainJob(const QString& cv);
@@ -40,6 +29,8 @@ public:
     void takeThrough(const QString& cv);
     /// Both kinds of search, a result's details and preview, and its invitation, which is caught and not sent.
     void takeSearch();
+    /// The settings window with both of its tabs, and the About panel.
+    void takeSettings();
     /// A CV while the model server is away: the alert, and a usable window after it.
     void takeModelServerAway(const QString& cv);
 
@@ -58,17 +49,16 @@ private:
     void clickCandidate(const QString& name);
     void answerDeleteAlert();
     QWidget& find(const QString& objectName) const;
+    ContentView& window() const { return m_app->window(); }
     void picture(const QString& name);
+    void picture(const QString& name, QWidget& window);
     void waitUntil(const QString& what, const std::function<bool()>& condition);
 
     QDir m_out;
+    QSize m_windowSize;
     Companions m_companions;
-    NetworkHttpSession m_http;
-    std::unique_ptr<APIRequest> m_records;
-    std::unique_ptr<OllamaService> m_models;
-    ProcessPDFOpener m_pdfs;
-    CatchingURLOpener m_urls;
-    std::unique_ptr<ContentView> m_window;
+    MailCatcher m_mail;
+    std::unique_ptr<DorvantelApp> m_app;
     int m_pictures = 0;
 };
 

@@ -47,7 +47,7 @@ void Tour::takeSearch() {
     picture(u"resultado-abierto"_s);
     QTest::mouseClick(inFirstResult(u"cv"_s), Qt::LeftButton);
     waitUntil(u"the preview opens"_s, [this] {
-        auto* preview = m_window->findChild<QDialog*>(u"pdfPreview"_s);
+        auto* preview = window().findChild<QDialog*>(u"pdfPreview"_s);
         return preview && preview->isVisible();
     });
     QTest::qWait(500); // the pages are drawn on a thread of their own
@@ -55,14 +55,14 @@ void Tour::takeSearch() {
     press(u"close"_s);
     QTest::mouseClick(inFirstResult(u"invite"_s), Qt::LeftButton);
     const auto* first = static_cast<SearchResultDetailUIView*>(results().first());
-    if (m_urls.caught != invitationLink(first->result().email, first->result().invitationMail)) {
+    if (m_mail.caught() != invitationLink(first->result().email, first->result().invitationMail)) {
         throw std::runtime_error("the invitation is handed to the mail program");
     }
 }
 
 QList<QWidget*> Tour::results() const {
     QList<QWidget*> visible;
-    for (auto* row : m_window->findChildren<SearchResultDetailUIView*>()) {
+    for (auto* row : window().findChildren<SearchResultDetailUIView*>()) {
         if (row->isVisible()) {
             visible.append(row);
         }
