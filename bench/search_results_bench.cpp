@@ -32,7 +32,7 @@ struct SilentPDFs final : PDFOpener {
     void open(const QByteArray&, QObject*, Completion) override {}
 };
 struct SilentURLs final : URLOpener {
-    void open(const QUrl&) override {}
+    bool open(const QUrl&) override { return true; }
 };
 
 IdentifiableSearchResponse answer() {
