@@ -4,6 +4,7 @@
 
 #include "service/Gate.h"
 #include "service/JsonText.h"
+#include "service/NameRemoval.h"
 
 #include <atomic>
 #include <chrono>
@@ -43,9 +44,9 @@ std::expected<std::vector<double>, EmbeddingError> readVector(const std::string&
 } // namespace
 
 std::string embeddingText(const Unembedded& candidate) {
-    std::string text = candidate.profession + "\n" + candidate.summarizedText;
-    for (const auto* const list :
-         {&candidate.cvData.techSkills, &candidate.cvData.softSkills, &candidate.cvData.languages}) {
+    std::string text =
+        candidate.profession + "\n" + withoutNameAndEmail(candidate.summarizedText, candidate.name, candidate.email);
+    for (const auto* const list : {&candidate.cvData.techSkills, &candidate.cvData.softSkills}) {
         for (const std::string& value : *list) {
             text += "\n" + value;
         }

@@ -13,8 +13,9 @@
 
 namespace dorvantel::service {
 
-/// What a candidate's vector is made of: profession, summary, skills and languages. Never the name, the e-mail or the
-/// gender, so that they cannot move a ranking.
+/// What a candidate's vector is made of: profession, summary and skills, the summary without the candidate's name and
+/// e-mail. So neither they nor the gender nor the languages can move a ranking. A change of these texts needs a
+/// migration that forgets the vectors made of the earlier ones.
 std::string embeddingText(const Unembedded& candidate);
 
 /// The vector scaled to unit length; nothing for one without a direction (empty, zero, not finite).

@@ -61,7 +61,14 @@ CREATE TABLE embedding_queue (
 ) STRICT;
 )";
 
-constexpr std::array allMigrations{version1};
+// Vectors used to be made of texts with the languages in them, and with the name where the summary mentioned it. All are
+// computed again.
+constexpr Migration version2 = R"(
+DELETE FROM vector;
+INSERT OR IGNORE INTO embedding_queue (record) SELECT id FROM record;
+)";
+
+constexpr std::array allMigrations{version1, version2};
 
 void checkIntegrity(const SqliteDatabase& database) {
     const std::string found = database.text("PRAGMA quick_check(1)");

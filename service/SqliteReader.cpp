@@ -28,8 +28,9 @@ SqliteReader::SqliteReader(const std::string& path)
     , m_byId(m_database, byIdText)
     , m_pdf(m_database, "SELECT pdf.record IS NOT NULL, pdf.bytes FROM record LEFT JOIN pdf ON pdf.record = record.id "
                         "WHERE record.email = ?")
-    , m_queued(m_database, "SELECT id, profession, summary, cv_json FROM embedding_queue JOIN record ON id = record "
-                           "WHERE record > ? ORDER BY record LIMIT 1")
+    , m_queued(m_database,
+               "SELECT id, name, email, profession, summary, cv_json FROM embedding_queue JOIN record ON id = record "
+               "WHERE record > ? ORDER BY record LIMIT 1")
     , m_counts(m_database, "SELECT (SELECT count(*) FROM record), (SELECT count(*) FROM embedding_queue)") {}
 
 void SqliteReader::beginSnapshot() {

@@ -276,9 +276,9 @@ Stored<std::optional<Unembedded>> SqliteStore::nextUnembedded(std::int64_t after
         if (!statement.step()) {
             return std::nullopt;
         }
-        const auto cvData = readCVText(statement.text(3));
-        return Unembedded{statement.number(0), std::string(statement.text(1)), std::string(statement.text(2)),
-                          cvData ? *cvData : CVData{}};
+        const auto text = [&](int column) { return std::string(statement.text(column)); };
+        const auto cvData = readCVText(statement.text(5));
+        return Unembedded{statement.number(0), text(1), text(2), text(3), text(4), cvData ? *cvData : CVData{}};
     });
 }
 

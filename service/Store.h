@@ -70,6 +70,8 @@ struct StoreStatus {
 /// A candidate that waits for its vector: what the vector is made of.
 struct Unembedded {
     std::int64_t id = 0; ///< this version of the candidate; another insert of it has another one
+    std::string name;    ///< with the e-mail, to be found in the summary and left out
+    std::string email;
     std::string profession;
     std::string summarizedText;
     CVData cvData;

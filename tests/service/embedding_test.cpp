@@ -31,14 +31,24 @@ EmbeddingError errorOf(const FakeModelServer::Answer& answer) {
 
 } // namespace
 
-TEST(EmbeddingText, IsMadeOfProfessionSummarySkillsAndLanguagesAlone) {
-    EXPECT_EQ(embeddingText({7, "Contable", "Diez años de experiencia", {"Femenino", {"S"}, {"A", "B"}, {"Inglés"}}}),
-              "Contable\nDiez años de experiencia\nA\nB\nS\nInglés");
+TEST(EmbeddingText, IsMadeOfProfessionSummaryAndSkillsAlone) {
+    EXPECT_EQ(embeddingText({7,
+                             "Ana Gil",
+                             "gil@x",
+                             "Contable",
+                             "Diez años de experiencia",
+                             {"Femenino", {"S"}, {"A", "B"}, {"Inglés"}}}),
+              "Contable\nDiez años de experiencia\nA\nB\nS");
+}
+
+TEST(EmbeddingText, NameAndEmailInTheSummaryDoNotShow) {
+    EXPECT_EQ(embeddingText({7, "Ana Gil", "gil@x.example", "Contable", "Ana Gil (gil@x.example) lleva cuentas", {}}),
+              "Contable\n() lleva cuentas");
 }
 
 TEST(EmbeddingText, GenderDoesNotShow) {
-    EXPECT_EQ(embeddingText({7, "P", "R", {"Femenino", {}, {}, {}}}),
-              embeddingText({7, "P", "R", {"Masculino", {}, {}, {}}}));
+    EXPECT_EQ(embeddingText({7, "N", "E", "P", "R", {"Femenino", {}, {}, {}}}),
+              embeddingText({7, "N", "E", "P", "R", {"Masculino", {}, {}, {}}}));
 }
 
 TEST(UnitVector, HasLengthOneAndTheSameDirection) {

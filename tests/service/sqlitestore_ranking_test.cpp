@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
+#include "service/Schema.h"
 #include "tests/service/SqliteStoreFixture.h"
 
 using namespace dorvantel::service;
@@ -13,12 +14,64 @@ TEST_F(SqliteStoreTest, InsertedCandidateWaitsForItsVector) {
     ASSERT_TRUE(store.insert(makeRecord("b@x")));
     const auto first = *store.nextUnembedded(0);
     ASSERT_TRUE(first);
+    EXPECT_EQ(first->name, "Name of a@x");
+    EXPECT_EQ(first->email, "a@x");
     EXPECT_EQ(first->profession, "Profession of a@x");
     EXPECT_EQ(first->summarizedText, "Summary of a@x");
     EXPECT_EQ(first->cvData, (CVData{"Femenino", {"S"}, {"T"}, {"L"}}));
     const auto second = *store.nextUnembedded(first->id);
     EXPECT_EQ(second->profession, "Profession of b@x");
     EXPECT_EQ(*store.nextUnembedded(second->id), std::nullopt);
+}
+
+TEST_F(SqliteStoreTest, StoreOfTheFirstVersionComputesItsVectorsAgain) {
+    {
+        const StoreFile file(folder.store());
+        const SqliteDatabase old(folder.store().string(), SqliteDatabase::Access::ReadWriteCreate);
+        migrate(old, migrations().first(1));
+        old.execute("INSERT INTO record VALUES (7, 'a@x', 'N', 'P', 'S', 'M', '{}', '{}', 0);"
+                    "INSERT INTO vector VALUES (7, 'm', x'0000803f')");
+    }
+    SqliteStore store(folder.store(), "m");
+    EXPECT_THAT(emailsOf(store, similarTo({1})), IsEmpty());
+    ASSERT_TRUE(*store.nextUnembedded(0));
+    EXPECT_EQ((*store.nextUnembedded(0))->id, 7);
+    EXPECT_EQ(store.putVector(7, {1, 0}), true);
+    EXPECT_THAT(emailsOf(store, similarTo({1, 0})), ElementsAre("a@x"));
+}
+
+TEST_F(SqliteStoreTest, ForgottenVectorsAreComputedAgain) {
+    {
+        SqliteStore store(folder.store(), "m");
+        ASSERT_TRUE(store.insert(makeRecord("a@x")));
+        ASSERT_TRUE(store.insert(makeRecord("b@x")));
+        ASSERT_EQ(store.putVector(1, {1, 0}), true);
+    }
+    {
+        SqliteWriter writer(folder.store().string());
+        SqliteTransaction transaction(writer.database());
+        writer.forgetVectors();
+        transaction.commit();
+    }
+    SqliteStore store(folder.store(), "m");
+    EXPECT_THAT(emailsOf(store, similarTo({1, 0})), IsEmpty());
+    EXPECT_EQ((*store.nextUnembedded(0))->id, 1);
+    EXPECT_EQ((*store.nextUnembedded(1))->id, 2);
+}
+
+TEST_F(SqliteStoreTest, SearchWithAVectorAndNoOrderComesInTheOrderOfInsertion) {
+    SqliteStore store(folder.store(), "m");
+    ASSERT_TRUE(store.insert(makeRecord("a@x")));
+    ASSERT_TRUE(store.insert(makeRecord("b@x")));
+    ASSERT_EQ(store.putVector(2, {1, 0}), true);
+    ASSERT_EQ(store.putVector(1, {0, 1}), true);
+    Plan plan = similarTo({1, 0});
+    plan.best.reset();
+    const auto rows = rowsOf(store, plan);
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_EQ(rows[0].email, "a@x");
+    EXPECT_EQ(rows[0].score, 50);
+    EXPECT_EQ(rows[1].score, 100);
 }
 
 TEST_F(SqliteStoreTest, RanksByScoreAndBreaksTiesByInsertion) {

@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "service/NameRemoval.h"
+
+#include <gtest/gtest.h>
+
+using dorvantel::service::withoutNameAndEmail;
+
+namespace {
+
+/// Of a text about María García López, maria.garcia82@correo.example.
+std::string kept(std::string_view text) {
+    return withoutNameAndEmail(text, "María García López", "maria.garcia82@correo.example");
+}
+
+} // namespace
+
+TEST(WithoutNameAndEmail, TextWithoutThemStaysAsItIs) {
+    const std::string text = "  Contable con  diez años de experiencia.\n\nExcel, SAP: C++ (2019-2024) y O'Reilly 😀";
+    EXPECT_EQ(kept(text), text);
+    EXPECT_EQ(kept(""), "");
+    EXPECT_EQ(withoutNameAndEmail(text, "", ""), text);
+}
+
+TEST(WithoutNameAndEmail, WholeNameGoes) {
+    EXPECT_EQ(kept("María García López es contable."), "es contable.");
+    EXPECT_EQ(kept("El perfil de María García López destaca."), "El perfil de destaca.");
+    EXPECT_EQ(kept("Es contable María García López"), "Es contable ");
+}
+
+TEST(WithoutNameAndEmail, AnyCaseAndAnyAccentsAreTheName) {
+    EXPECT_EQ(kept("MARÍA GARCÍA LÓPEZ es contable"), "es contable");
+    EXPECT_EQ(kept("maria garcia lopez es contable"), "es contable");
+    EXPECT_EQ(kept("Mari\u0301a Garcia es contable"), "es contable");
+    EXPECT_EQ(withoutNameAndEmail("ANIBAL NUNEZ y Aníbal Núñez", "Aníbal Núñez", "a@b"), "y ");
+}
+
+TEST(WithoutNameAndEmail, PartOfTheNameGoesAsAWholeWord) {
+    EXPECT_EQ(kept("A María le gusta. García lidera; López, también."), "A le gusta. lidera; , también.");
+    EXPECT_EQ(kept("Mariano Garciaparra y Lopezuela"), "Mariano Garciaparra y Lopezuela");
+}
+
+TEST(WithoutNameAndEmail, OtherOrdersOfTheNameGo) {
+    EXPECT_EQ(kept("García López, María: contable"), ", : contable");
+    EXPECT_EQ(kept("GARCIA-LOPEZ es contable"), "es contable");
+}
+
+TEST(WithoutNameAndEmail, OrdinaryWordInLowerCaseStays) {
+    const auto about = [](std::string_view text) { return withoutNameAndEmail(text, "Ana Torres Blanco", "a@b"); };
+    EXPECT_EQ(about("Torres instala torres en blanco y negro"), "instala torres en blanco y negro");
+    EXPECT_EQ(about("torres blanco es instaladora. Diez años."), "es instaladora. Diez años.");
+}
+
+TEST(WithoutNameAndEmail, TextWithoutCapitalsIsReadWithoutThem) {
+    EXPECT_EQ(kept("a maría le gusta liderar"), "a le gusta liderar");
+}
+
+TEST(WithoutNameAndEmail, SmallWordsGoOnlyWithTheNameTheyBelongTo) {
+    const auto about = [](std::string_view text) {
+        return withoutNameAndEmail(text, "Juan Carlos de la Fuente y Ruiz", "x@y");
+    };
+    EXPECT_EQ(about("Juan Carlos de la Fuente y Ruiz trabaja"), "trabaja");
+    EXPECT_EQ(about("De la Fuente trabaja"), "trabaja");
+    EXPECT_EQ(about("responsable de la contabilidad y de La Rioja"), "responsable de la contabilidad y de La Rioja");
+    EXPECT_EQ(about("el equipo de Fuente y de Ruiz"), "el equipo de y de ");
+}
+
+TEST(WithoutNameAndEmail, InitialsAndTitlesBeforeTheNameGoWithIt) {
+    EXPECT_EQ(kept("M. García López trabaja"), "trabaja");
+    EXPECT_EQ(kept("Trabaja con la Sra. García desde 2019"), "Trabaja con desde 2019");
+    EXPECT_EQ(kept("Doña María y el señor García"), "y ");
+    EXPECT_EQ(kept("D. M. García dirige. El Sr. Pérez no."), "dirige. El Sr. Pérez no.");
+    EXPECT_EQ(withoutNameAndEmail("A Ana Gil le gusta", "Ana Gil", "x@y"), "A le gusta");
+    EXPECT_EQ(kept("lenguaje C. García lo enseña"), "lenguaje C. lo enseña");
+    EXPECT_EQ(withoutNameAndEmail("María José trabaja", "Mª José Gil", "x@y"), "trabaja");
+}
+
+TEST(WithoutNameAndEmail, SentenceThatEndsWithTheNameAndOneThatBeginsWithItStayTwo) {
+    EXPECT_EQ(kept("Dirige García. María coordina."), "Dirige . coordina.");
+}
+
+TEST(WithoutNameAndEmail, EveryEmailAddressGoes) {
+    EXPECT_EQ(kept("Contacto: Maria.Garcia82@Correo.example."), "Contacto: .");
+    EXPECT_EQ(kept("(mgl@otro.example) o <mailto:maria.garcia82@correo.example>"), "() o <mailto:>");
+    EXPECT_EQ(kept("arroba @ sola"), "arroba @ sola");
+}
+
+TEST(WithoutNameAndEmail, PartBeforeTheAtGoesWhereItIsMadeOfTheName) {
+    EXPECT_EQ(kept("En la red: maria.garcia82, siempre"), "En la red: , siempre");
+    EXPECT_EQ(withoutNameAndEmail("Usuaria MGarcia en la red", "Ana García", "mgarcia@x.example"), "Usuaria en la red");
+    EXPECT_EQ(withoutNameAndEmail("Firma como agl82", "Ana García López", "agl82@x.example"), "Firma como ");
+    EXPECT_EQ(withoutNameAndEmail("Experta en contabilidad", "Ana García", "contabilidad@x.example"),
+              "Experta en contabilidad");
+}
+
+TEST(WithoutNameAndEmail, PartBeforeTheAtThatIsAWordOfTheNameIsTakenAsThatWord) {
+    EXPECT_EQ(withoutNameAndEmail("Torres instala torres", "Ana Torres", "torres@x.example"), "instala torres");
+}
+
+TEST(WithoutNameAndEmail, WebAddressesGo) {
+    EXPECT_EQ(kept("Véase https://red.example/in/mgl-82 y (www.museo.example), siempre"), "Véase y (), siempre");
+}
+
+TEST(WithoutNameAndEmail, WhatLooksLikeAnAddressGoesWhereItHoldsTheName) {
+    EXPECT_EQ(kept("red.example/mariagarcia"), "");
+    EXPECT_EQ(kept("red.example/in/maria-g y más"), "y más");
+    EXPECT_EQ(kept("cuenta @GarciaLopez"), "cuenta ");
+    EXPECT_EQ(kept("Node.js/React, CI/CD, @angular/core"), "Node.js/React, CI/CD, @angular/core");
+}
+
+TEST(WithoutNameAndEmail, SameTextRemainsWhateverTheName) {
+    const auto about = [](const std::string& name, const std::string& email) {
+        const std::string first = name.substr(0, name.find(' '));
+        return withoutNameAndEmail(name + " (" + email + ") es contable. " + first + " dirige con " + name + ".", name,
+                                   email);
+    };
+    const std::string remaining = about("Ana Ruiz", "ana@x.example");
+    EXPECT_EQ(remaining, "() es contable. dirige con .");
+    EXPECT_EQ(about("Juan Carlos de la Fuente y Ruiz", "jcf@y.example"), remaining);
+    EXPECT_EQ(about("O'Brien Sánchez-Vidal", "obrien.sv@z.example"), remaining);
+    EXPECT_EQ(about("Łukasz Żółć", "lukasz@z.example"), remaining);
+}
