@@ -110,15 +110,14 @@ TEST(InvitationLink, HundredKilobytesOfMailMakeALink) {
 
 TEST(InvitationLinkDeathTest, AddressWithABlankStopsTheProgram) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
-    EXPECT_DEATH(invitationLink(u"ana perez@example.org"_s, u"x"_s),
-                 "Fatal error: an invitation is not a URL: mailto:");
+    EXPECT_DEATH(invitationLink(u"ana perez@example.org"_s, u"x"_s), "Fatal error: an invitation is not a URL\n");
 }
 
 TEST(InvitationLinkDeathTest, AddressThatAURLCannotHoldStopsTheProgram) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     for (const QString& email : {u"maría@example.org"_s, u"<ana@example.org>"_s, u"ana%@example.org"_s, u"a\"b"_s,
                                  u"ana\\perez"_s, u"ana\n@example.org"_s, u"{a}"_s, u"a^b"_s, u"a|b"_s, u"a`b"_s}) {
-        EXPECT_DEATH(invitationLink(email, u"x"_s), "Fatal error: an invitation is not a URL: mailto:");
+        EXPECT_DEATH(invitationLink(email, u"x"_s), "Fatal error: an invitation is not a URL\n");
     }
 }
 
