@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/ProcessPDFOpener.h"
 
+#include "platform/AbandonedProcess.h"
 #include "platform/MainQueue.h"
 #include "platform/PDFDocument.h"
 #include "platform/PDFPageFrames.h"
@@ -28,44 +29,40 @@ public:
         : QObject(context)
         , m_bytes(std::move(bytes))
         , m_completion(std::move(completion)) {
-        m_process.setStandardErrorFile(QProcess::nullDevice());
-        connect(&m_process, &QProcess::finished, this, [this] { complete(result()); });
-        connect(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        m_process->setStandardErrorFile(QProcess::nullDevice());
+        connect(m_process.get(), &QProcess::finished, this, [this] { complete(result()); });
+        connect(m_process.get(), &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
             if (error == QProcess::FailedToStart) {
                 complete(nullptr);
             }
         });
-        connect(&m_process, &QProcess::readyReadStandardOutput, this, [this] {
-            if (m_process.bytesAvailable() > mostOutput) {
-                m_process.kill();
+        connect(m_process.get(), &QProcess::readyReadStandardOutput, this, [this] {
+            if (m_process->bytesAvailable() > mostOutput) {
+                m_process->kill();
             }
         });
-        connect(&m_limit, &QTimer::timeout, &m_process, &QProcess::kill);
+        connect(&m_limit, &QTimer::timeout, m_process.get(), &QProcess::kill);
         m_limit.setSingleShot(true);
         m_limit.setTimerType(Qt::PreciseTimer);
     }
 
-    ~Reading() override {
-        m_process.disconnect(this);
-        m_process.kill();
-        m_process.waitForFinished();
-    }
+    ~Reading() override { abandonProcess(std::move(m_process)); }
 
     void start(const QString& program, std::chrono::milliseconds timeLimit) {
         m_limit.start(timeLimit);
-        m_process.start(program, {});
-        if (m_process.state() != QProcess::NotRunning) {
-            m_process.write(m_bytes); // shares the bytes; they go out as the pipe takes them
-            m_process.closeWriteChannel();
+        m_process->start(program, {});
+        if (m_process->state() != QProcess::NotRunning) {
+            m_process->write(m_bytes); // shares the bytes; they go out as the pipe takes them
+            m_process->closeWriteChannel();
         }
     }
 
 private:
     std::shared_ptr<PDFDocument> result() {
-        if (m_process.exitStatus() != QProcess::NormalExit || m_process.exitCode() != 0) {
+        if (m_process->exitStatus() != QProcess::NormalExit || m_process->exitCode() != 0) {
             return nullptr;
         }
-        std::optional<QStringList> texts = decodePageFrames(m_process.readAllStandardOutput());
+        std::optional<QStringList> texts = decodePageFrames(m_process->readAllStandardOutput());
         return texts ? std::make_shared<PDFDocument>(m_bytes, std::move(*texts)) : nullptr;
     }
 
@@ -81,7 +78,7 @@ private:
 
     QByteArray m_bytes;
     PDFOpener::Completion m_completion;
-    QProcess m_process;
+    std::unique_ptr<QProcess> m_process = std::make_unique<QProcess>();
     QTimer m_limit;
 };
 

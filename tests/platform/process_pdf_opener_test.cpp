@@ -293,8 +293,7 @@ TEST(ProcessPDFOpener, DestroyingTheContextKillsTheReaderAndNothingCompletes) {
     const pid_t process = contentOf(fake.file(u"pid"_s)).trimmed().toInt();
     EXPECT_TRUE(isRunning(process));
     context.reset();
-    EXPECT_FALSE(isRunning(process));
-    QCoreApplication::processEvents();
+    EXPECT_TRUE(waitUntil([&] { return !isRunning(process); }));
     EXPECT_EQ(opened.completions, 0);
 }
 

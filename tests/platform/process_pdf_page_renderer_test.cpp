@@ -11,6 +11,7 @@
 #include <QElapsedTimer>
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 namespace dorvantel {
 
@@ -233,7 +234,8 @@ TEST(ProcessPDFPageRenderer, ASignatureThatIsNoneDoesNotOpen) {
 }
 
 TEST(ProcessPDFPageRenderer, EndlessOutputIsCutOff) {
-    Rendering rendering(documentOf({"1 0 0"}), FakeReader("exec cat /dev/zero").path());
+    const FakeReader fake("exec cat /dev/zero");
+    Rendering rendering(documentOf({"1 0 0"}), fake.path());
     EXPECT_FALSE(rendering.open());
 }
 
@@ -270,6 +272,18 @@ TEST(ProcessPDFPageRenderer, DestroyingItBeforeTheReaderStartedIsFine) {
         rendering.renderer->open();
     }
     QCoreApplication::processEvents();
+}
+
+TEST(ProcessPDFPageRenderer, AMemoryBombIsUnavailableWithinTheLimit) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "under the sanitizers the reader has no limit on memory";
+#endif
+    Rendering rendering(std::make_shared<PDFDocument>(test::memoryBombPDF(), QStringList{QString()}));
+    ASSERT_TRUE(rendering.open());
+    EXPECT_TRUE(rendering.render(0, {400, 500}).isNull());
+    rusage children{};
+    getrusage(RUSAGE_CHILDREN, &children);
+    EXPECT_LT(children.ru_maxrss, 1024 * 1024) << "kilobytes of the largest process";
 }
 
 TEST(ProcessPDFPageRenderer, OddDocumentsAreDrawnOrUnavailable) {

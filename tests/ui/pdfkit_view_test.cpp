@@ -3,12 +3,13 @@
 #include "platform/PDFDocument.h"
 #include "platform/PDFPageRenderer.h"
 #include "platform/ProcessPDFOpener.h"
-#include "tests/support/SamplePDF.h"
+#include "tests/support/FakeReader.h"
 #include "tests/support/Wait.h"
 #include "ui/PDFKitView.h"
 #include "ui/PDFView.h"
 
 #include <QBuffer>
+#include <QElapsedTimer>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QScrollBar>
@@ -169,6 +170,20 @@ TEST(PDFKitView, AMissingReaderMakesThePagesUnavailable) {
     PDFKitView view(documentOf({Qt::red}), missing);
     show(view);
     EXPECT_TRUE(test::waitUntil([&] { return view.pdfView()->pageState(0) == PDFView::PageState::Unavailable; }));
+}
+
+TEST(PDFKitView, ClosingItWhileAPageHangsReturnsAtOnce) {
+    const test::FakeReader fake("echo $$ >\"$(dirname \"$0\")/pid\"; exec sleep 60");
+    const ProcessPDFOpener hanging(fake.path());
+    auto view = std::make_unique<PDFKitView>(documentOf({Qt::red}), hanging);
+    show(*view);
+    ASSERT_TRUE(test::waitUntil([&] { return test::contentOf(fake.file(u"pid"_s)).endsWith('\n'); }));
+    QElapsedTimer clock;
+    clock.start();
+    view.reset();
+    EXPECT_LT(clock.elapsed(), 1'000);
+    const pid_t process = test::contentOf(fake.file(u"pid"_s)).trimmed().toInt();
+    EXPECT_TRUE(test::waitUntil([&] { return !test::isRunning(process); }));
 }
 
 TEST(PDFKitView, CanBeDestroyedWhileItDraws) {
