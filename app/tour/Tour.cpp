@@ -5,6 +5,7 @@
 #include "app/tour/TourInput.h"
 #include "intake/CandidateDetailUIView.h"
 #include "modelserver/AppSettings.h"
+#include "ui/PDFView.h"
 #include "ui/SegmentedControl.h"
 
 #include <QApplication>
@@ -193,7 +194,7 @@ void Tour::showTab(const QString& tags, int tab) {
 void Tour::lookAtCandidate() {
     auto& detail = dynamic_cast<CandidateDetailUIView&>(find(u"candidateDetail"_s));
     waitUntil(u"the CV of the candidate is there"_s, [&] { return detail.pdfDocument() != nullptr; });
-    QTest::qWait(500); // the page is drawn on another thread
+    waitForFirstPage(detail);
     picture(u"detalle-pdf"_s);
     showTab(u"mainTagType"_s, 1);
     picture(u"detalle-texto"_s);
@@ -256,6 +257,13 @@ void Tour::picture(const QString& name, QWidget& window) {
         fail(u"the picture can be written to "_s + path);
     }
     std::fprintf(stderr, "%s\n", qUtf8Printable(path));
+}
+
+void Tour::waitForFirstPage(const QWidget& where) {
+    waitUntil(u"the first page of the CV is drawn"_s, [&where] {
+        const auto* view = where.findChild<PDFView*>();
+        return view && view->pageState(0) == PDFView::PageState::Drawn;
+    });
 }
 
 void Tour::waitUntil(const QString& what, const std::function<bool()>& condition) {

@@ -52,6 +52,7 @@ private:
     ContentView& window() const { return m_app->window(); }
     void picture(const QString& name);
     void picture(const QString& name, QWidget& window);
+    void waitForFirstPage(const QWidget& where); ///< of the PDF that is shown there
     void waitUntil(const QString& what, const std::function<bool()>& condition);
 
     QDir m_out;

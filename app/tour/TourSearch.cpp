@@ -50,7 +50,7 @@ void Tour::takeSearch() {
         auto* preview = window().findChild<QDialog*>(u"pdfPreview"_s);
         return preview && preview->isVisible();
     });
-    QTest::qWait(500); // the pages are drawn on a thread of their own
+    waitForFirstPage(*window().findChild<QDialog*>(u"pdfPreview"_s));
     picture(u"vista-previa"_s);
     press(u"close"_s);
     QTest::mouseClick(inFirstResult(u"invite"_s), Qt::LeftButton);
