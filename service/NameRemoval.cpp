@@ -16,10 +16,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::array<QStringView, 38> smallWords{
-    u"de", u"del", u"la",    u"las",   u"los", u"el",  u"y",   u"e",   u"i",   u"da",  u"das",   u"do",  u"dos",
-    u"di", u"du",  u"des",   u"le",    u"van", u"von", u"der", u"den", u"ter", u"ten", u"zu",    u"bin", u"ibn",
-    u"al", u"san", u"santa", u"santo", u"mac", u"mc",  u"o",   u"d",   u"l",   u"st",  u"saint", u"af"};
+constexpr std::array<QStringView, 41> smallWords{
+    u"of",  u"the", u"and", u"de",    u"del",   u"la",  u"las", u"los", u"el",  u"y",   u"e",   u"i",     u"da", u"das",
+    u"do",  u"dos", u"di",  u"du",    u"des",   u"le",  u"van", u"von", u"der", u"den", u"ter", u"ten",   u"zu", u"bin",
+    u"ibn", u"al",  u"san", u"santa", u"santo", u"mac", u"mc",  u"o",   u"d",   u"l",   u"st",  u"saint", u"af"};
 constexpr std::array<QStringView, 18> titles{u"sr",  u"sra", u"srta", u"srto",  u"don",    u"dona",
                                              u"dna", u"d",   u"da",   u"senor", u"senora", u"senorita",
                                              u"mr",  u"mrs", u"ms",   u"miss",  u"mister", u"mx"};

@@ -72,7 +72,7 @@ TEST_F(EmbeddingQueueTest, FillsWhatWaitsAtTheStartAndWhatComesLater) {
     EXPECT_TRUE(log().empty());
 }
 
-TEST_F(EmbeddingQueueTest, NameEmailAndGenderNeverReachTheModelServer) {
+TEST_F(EmbeddingQueueTest, NameEmailGenderAndLanguagesNeverReachTheModelServer) {
     const FakeModelServer server(compass);
     Record record = makeRecord("ana@x", {"Femenino", {"Soft"}, {"Tech"}, {"Language"}});
     record.profession = "Contable";
@@ -81,7 +81,7 @@ TEST_F(EmbeddingQueueTest, NameEmailAndGenderNeverReachTheModelServer) {
     const auto queue = startQueue(server);
     ASSERT_TRUE(waitUntil([&] { return isQueueEmpty(); }));
     EXPECT_EQ(nlohmann::json::parse(server.requests().at(0)),
-              (nlohmann::json{{"model", "m"}, {"input", "Contable\nResumen\nTech\nSoft\nLanguage"}}));
+              (nlohmann::json{{"model", "m"}, {"input", "Contable\nResumen\nTech\nSoft"}}));
 }
 
 TEST_F(EmbeddingQueueTest, ReplacedRecordGetsANewVector) {
