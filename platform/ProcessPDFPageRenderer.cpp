@@ -7,12 +7,24 @@
 
 #include <cstring>
 #include <utility>
+#include <vector>
 
 namespace dorvantel {
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+QList<QSizeF> pageSizes(QByteArrayView frames) {
+    std::vector<RenderPageSize> read(static_cast<std::size_t>(frames.size()) / sizeof(RenderPageSize));
+    std::memcpy(read.data(), frames.data(), read.size() * sizeof(RenderPageSize));
+    QList<QSizeF> sizes;
+    sizes.reserve(frames.size() / qsizetype(sizeof(RenderPageSize)));
+    for (const RenderPageSize& page : read) {
+        sizes.append(QSizeF(static_cast<double>(page.width), static_cast<double>(page.height)));
+    }
+    return sizes;
+}
 
 template <typename Frame>
 QByteArray bytesOf(const Frame& frame) {
@@ -139,14 +151,7 @@ bool ProcessPDFPageRenderer::readPageSizes() {
         sendRequest();
     }
     if (std::exchange(m_isOpening, false)) {
-        QList<QSizeF> sizes;
-        sizes.reserve(count);
-        for (qsizetype page = 0; page < count; ++page) {
-            RenderPageSize pageSize{};
-            std::memcpy(&pageSize, bytes.constData() + sizeof(RenderOpened) + page * sizeof pageSize, sizeof pageSize);
-            sizes.append(QSizeF(pageSize.width, pageSize.height));
-        }
-        Q_EMIT opened(sizes);
+        Q_EMIT opened(pageSizes(QByteArrayView(bytes).sliced(sizeof(RenderOpened))));
     }
     return true;
 }

@@ -229,8 +229,8 @@ void PDFView::showEvent(QShowEvent* event) {
     drawNext();
 }
 
-void PDFView::scrollContentsBy(int dx, int dy) {
-    viewport()->scroll(dx, dy);
+void PDFView::scrollContentsBy(int /*dx*/, int /*dy*/) {
+    viewport()->update(); // what a blank sheet says stays in the middle of what is seen of it
     drawNext();
 }
 
