@@ -47,7 +47,7 @@ public:
 private:
     JsonFailure readRecord(JsonCursor& cursor, DBRecordResponse& out) {
         const auto shared = std::ref(m_shared);
-        const auto text = [this](JsonCursor& value, QString& to) { return readText(value, to); };
+        const auto text = [this](JsonCursor& value, QString& to) { return m_shared.text(value, to); };
         const auto checked = [](JsonCursor& value, auto&) { return readByteArray(value, nullptr); };
         std::optional<std::tuple<>> file;
         return readObject(cursor, required("name", out.name, text), required("profession", out.profession, shared),
@@ -56,16 +56,7 @@ private:
                           required("jsonCVData", out.jsonCVData, shared), optional("file", file, checked));
     }
 
-    JsonFailure readText(JsonCursor& cursor, QString& out) {
-        if (JsonFailure failure = expectKind(cursor, JsonCursor::Kind::String, "String")) {
-            return failure;
-        }
-        out = cursor.string(m_texts);
-        return std::nullopt;
-    }
-
     SharedReader m_shared;
-    TextBlocks m_texts;
     QRandomGenerator m_random = QRandomGenerator::securelySeeded();
 };
 

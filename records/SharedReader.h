@@ -4,6 +4,7 @@
 
 #include "data/JSONCVData.h"
 #include "platform/JsonDecoding.h"
+#include "platform/TextBlocks.h"
 #include "records/SharedStrings.h"
 
 #include <functional>
@@ -13,7 +14,8 @@
 
 namespace dorvantel {
 
-/// Reads strings that come back in many records.
+/// Reads the strings of a body with many records: as a function those that come back in many of them, which share their
+/// memory, and with `text` those of one record alone, which stand side by side in few blocks.
 class SharedReader {
 public:
     explicit SharedReader(qsizetype bodySize)
@@ -38,8 +40,17 @@ public:
                           required("techSkills", out.techSkills, self), required("languages", out.languages, self));
     }
 
+    JsonFailure text(JsonCursor& cursor, QString& out) {
+        if (JsonFailure failure = expectKind(cursor, JsonCursor::Kind::String, "String")) {
+            return failure;
+        }
+        out = cursor.string(m_texts);
+        return std::nullopt;
+    }
+
 private:
     SharedStrings m_strings;
+    TextBlocks m_texts;
     std::vector<QString> m_gathered;
 };
 

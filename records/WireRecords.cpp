@@ -19,11 +19,12 @@ JsonFailure readBytes(JsonCursor& cursor, QByteArray& out) {
 }
 
 JsonFailure readQueryResult(JsonCursor& cursor, QueryResult& out, SharedReader& shared) {
-    return readObject(cursor, required("name", out.name), required("profession", out.profession, std::ref(shared)),
-                      required("email", out.email), required("summarizedText", out.summarizedText),
-                      required("invitationMail", out.invitationMail),
-                      required("jsonCVData", out.jsonCVData, std::ref(shared)), required("score", out.score),
-                      optional("file", out.file, readBytes));
+    const auto text = [&shared](JsonCursor& value, QString& to) { return shared.text(value, to); };
+    return readObject(
+        cursor, required("name", out.name, text), required("profession", out.profession, std::ref(shared)),
+        required("email", out.email, text), required("summarizedText", out.summarizedText, text),
+        required("invitationMail", out.invitationMail, text), required("jsonCVData", out.jsonCVData, std::ref(shared)),
+        required("score", out.score), optional("file", out.file, readBytes));
 }
 
 } // namespace
