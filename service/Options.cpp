@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "service/Options.h"
 
+#include "service/CommandLine.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -90,15 +92,23 @@ std::span<const OptionText> optionTexts() {
     return allOptions;
 }
 
+std::string helpLine(const OptionText& option) {
+    std::string left = "  " + std::string(option.name);
+    if (!option.value.empty()) {
+        left += " " + std::string(option.value);
+    }
+    left.resize(std::max<std::size_t>(left.size() + 2, 28), ' ');
+    return left + std::string(option.meaning) + "\n";
+}
+
 std::string helpText() {
     std::string text = "dorvantel-records [OPTION]...\nKeeps candidates and answers searches over HTTP.\n\n";
     for (const OptionText& option : allOptions) {
-        std::string left = "  " + std::string(option.name);
-        if (!option.value.empty()) {
-            left += " " + std::string(option.value);
-        }
-        left.resize(std::max<std::size_t>(left.size() + 2, 28), ' ');
-        text += left + std::string(option.meaning) + "\n";
+        text += helpLine(option);
+    }
+    text += "\ndorvantel-records COMMAND ...\nLooks after the store. Each command has a --help of its own.\n\n";
+    for (const CommandText& command : commandTexts()) {
+        text += helpLine({command.name, command.argument, command.meaning});
     }
     return text;
 }
@@ -109,6 +119,10 @@ std::expected<Options, std::string> parseOptions(std::span<const std::string_vie
         const std::size_t equals = arguments[i].find('=');
         const std::string_view name = arguments[i].substr(0, equals);
         const auto* const known = std::ranges::find(allOptions, name, &OptionText::name);
+        if (known == allOptions.end() &&
+            std::ranges::find(commandTexts(), name, &CommandText::name) != commandTexts().end()) {
+            return std::unexpected("the command " + std::string(name) + " must come before all options");
+        }
         if (known == allOptions.end()) {
             return std::unexpected("there is no option " + std::string(name) + "; --help shows all");
         }

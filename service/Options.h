@@ -22,6 +22,8 @@ enum class ExitCode {
     AddressUnusable = 3, ///< the port is in use, or the address is not this machine's
     StoreUnusable = 4,   ///< the store cannot be made, read or written, is damaged, or another service uses it
     StoreNewer = 5,      ///< a newer version of the program made the store
+    NoCandidate = 6,     ///< nobody in the store has the e-mail that a command names
+    FileUnusable = 7,    ///< the file or folder that a command names cannot be read or made, or is no sound backup
 };
 
 /// What the command line asks for.
@@ -42,6 +44,9 @@ struct OptionText {
 };
 
 std::span<const OptionText> optionTexts();
+
+/// The line of a help text for an option.
+std::string helpLine(const OptionText& option);
 
 /// What --help prints.
 std::string helpText();

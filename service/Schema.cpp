@@ -99,13 +99,9 @@ std::span<const Migration> migrations() {
     return allMigrations;
 }
 
-void migrate(const SqliteDatabase& database, std::span<const Migration> steps) {
-    // The version is read under the write lock, so that of two programs that start at once only one migrates.
-    SqliteTransaction transaction(database);
-    const auto newest = static_cast<std::int64_t>(steps.size());
+std::int64_t schemaVersion(const SqliteDatabase& database, std::int64_t newest) {
     const std::int64_t version = database.number("PRAGMA user_version");
-    const bool isEmpty = version == 0 && database.number("SELECT count(*) FROM sqlite_schema") == 0;
-    if (!isEmpty && database.number("PRAGMA application_id") != applicationId) {
+    if (database.number("PRAGMA application_id") != applicationId) {
         throw SchemaError(SchemaError::Kind::Foreign, "the file is a database of another program");
     }
     if (version < 0) {
@@ -117,6 +113,16 @@ void migrate(const SqliteDatabase& database, std::span<const Migration> steps) {
                                                         ", this program knows versions up to " +
                                                         std::to_string(newest) + "; a newer program made it");
     }
+    return version;
+}
+
+void migrate(const SqliteDatabase& database, std::span<const Migration> steps) {
+    // The version is read under the write lock, so that of two programs that start at once only one migrates.
+    SqliteTransaction transaction(database);
+    const auto newest = static_cast<std::int64_t>(steps.size());
+    const bool isEmpty =
+        database.number("PRAGMA user_version") == 0 && database.number("SELECT count(*) FROM sqlite_schema") == 0;
+    const std::int64_t version = isEmpty ? 0 : schemaVersion(database, newest);
     if (version == newest) {
         return;
     }

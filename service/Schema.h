@@ -38,6 +38,10 @@ private:
     Kind m_kind;
 };
 
+/// The schema version of an open store. Throws SchemaError when it is a database of another program, an empty one
+/// included, or newer than `newest`, and SqliteError.
+std::int64_t schemaVersion(const SqliteDatabase& database, std::int64_t newest);
+
 /// Brings the open file to the newest of `steps`, in one transaction: it is the old version or the new one, never
 /// something between. A file with records is checked before it is changed. Throws SchemaError and SqliteError.
 void migrate(const SqliteDatabase& database, std::span<const Migration> steps);

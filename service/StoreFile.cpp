@@ -75,31 +75,30 @@ std::optional<std::filesystem::path> defaultStorePath() {
         [](const auto& home) { return home / ".local" / "share" / "dorvantel" / "records.sqlite"; });
 }
 
-StoreFile::StoreFile(std::filesystem::path path)
-    : m_path(std::move(path)) {
+StoreLock::StoreLock(const std::filesystem::path& path) {
     try {
-        makeFolders(m_path.parent_path());
+        makeFolders(path.parent_path());
     } catch (const std::filesystem::filesystem_error& error) {
-        fail(m_path, error.code().message());
+        fail(path, error.code().message());
     }
     // A file of its own carries the lock: closing any descriptor of the store would drop SQLite's locks on it.
-    std::filesystem::path lockPath = m_path;
+    std::filesystem::path lockPath = path;
     lockPath += ".lock";
     m_lock = openOwnerOnly(lockPath);
     if (flock(m_lock, LOCK_EX | LOCK_NB) != 0) {
         close(m_lock);
-        fail(m_path, "another dorvantel-records uses this store");
-    }
-    try {
-        close(openOwnerOnly(m_path));
-    } catch (const StoreFileError&) {
-        close(m_lock);
-        throw;
+        throw StoreInUse(path.string() + ": another dorvantel-records uses this store");
     }
 }
 
-StoreFile::~StoreFile() {
+StoreLock::~StoreLock() {
     close(m_lock);
+}
+
+StoreFile::StoreFile(std::filesystem::path path)
+    : m_path(std::move(path))
+    , m_lock(m_path) {
+    close(openOwnerOnly(m_path));
 }
 
 } // namespace dorvantel::service

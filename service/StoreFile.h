@@ -17,21 +17,34 @@ class StoreFileError : public std::runtime_error {
 /// variable gives an absolute path.
 std::optional<std::filesystem::path> defaultStorePath();
 
-/// A store's file for one program: makes the missing folders and the file so that only their owner gets in, takes that
-/// right from everybody else where a store had it, and keeps other services away from it while this object lives. A
-/// file that is no store of this program is left as it is.
+/// Another program of this kind has the store.
+class StoreInUse : public StoreFileError {
+    using StoreFileError::StoreFileError;
+};
+
+/// Keeps other services and the commands that change a store away from it while this object lives. Makes the missing
+/// folders so that only their owner gets in; the store itself need not exist.
+class StoreLock {
+public:
+    explicit StoreLock(const std::filesystem::path& path); ///< throws StoreFileError
+    StoreLock(const StoreLock&) = delete;
+    StoreLock& operator=(const StoreLock&) = delete;
+    ~StoreLock();
+
+private:
+    int m_lock = -1;
+};
+
+/// A store's file for one program: locks it, and makes the file so that only its owner gets in, or takes that right
+/// from everybody else where a store had it. A file that is no store of this program is left as it is.
 class StoreFile {
 public:
     explicit StoreFile(std::filesystem::path path); ///< throws StoreFileError
-    StoreFile(const StoreFile&) = delete;
-    StoreFile& operator=(const StoreFile&) = delete;
-    ~StoreFile();
-
     const std::filesystem::path& path() const { return m_path; }
 
 private:
     std::filesystem::path m_path;
-    int m_lock = -1;
+    StoreLock m_lock;
 };
 
 } // namespace dorvantel::service

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "platform/Log.h"
+#include "service/Commands.h"
 #include "service/EmbeddingQueue.h"
 #include "service/HttpServer.h"
 #include "service/Options.h"
@@ -64,9 +65,10 @@ ExitCode serve(const Options& options, const std::filesystem::path& path) {
     return ExitCode::Stopped;
 }
 
-ExitCode serveReporting(const Options& options, const std::filesystem::path& path) {
+/// Runs `work` on the store; what it throws becomes a line and an exit code.
+ExitCode reporting(const std::filesystem::path& path, const std::function<ExitCode()>& work) {
     try {
-        return serve(options, path);
+        return work();
     } catch (const SchemaError& error) {
         log(path.string() + ": " + error.what());
         return error.kind() == SchemaError::Kind::Newer ? ExitCode::StoreNewer : ExitCode::StoreUnusable;
@@ -82,28 +84,55 @@ ExitCode serveReporting(const Options& options, const std::filesystem::path& pat
     }
 }
 
+void print(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+ExitCode runOn(const std::optional<std::filesystem::path>& named,
+               const std::function<ExitCode(const std::filesystem::path&)>& work) {
+    const auto path = named ? named : defaultStorePath();
+    if (!path) {
+        log("there is no home folder to keep the store in; name a file with --store");
+        return ExitCode::StoreUnusable;
+    }
+    return reporting(*path, [&] { return work(*path); });
+}
+
+ExitCode runCommandLine(const std::vector<std::string_view>& arguments) {
+    const auto line = parseCommandLine(arguments);
+    if (!line) {
+        log(line.error());
+        return ExitCode::BadArguments;
+    }
+    if (line->showHelp) {
+        print(commandHelpText(*line->text));
+        return ExitCode::Stopped;
+    }
+    return runOn(line->store, [&](const std::filesystem::path& path) {
+        return runCommand(*line, path, {[](std::string_view result) { print(std::string(result) + "\n"); }, log});
+    });
+}
+
 ExitCode run(const std::vector<std::string_view>& arguments) {
+    if (!arguments.empty() && !arguments.front().starts_with("-")) {
+        return runCommandLine(arguments);
+    }
     const auto options = parseOptions(arguments);
     if (!options) {
         log(options.error());
         return ExitCode::BadArguments;
     }
     if (options->showHelp || options->showVersion) {
-        const std::string text = options->showHelp ? helpText() : "dorvantel-records " DORVANTEL_VERSION "\n";
-        std::fwrite(text.data(), 1, text.size(), stdout);
+        print(options->showHelp ? helpText() : "dorvantel-records " DORVANTEL_VERSION "\n");
         return ExitCode::Stopped;
     }
-    const auto path = options->store ? options->store : defaultStorePath();
-    if (!path) {
-        log("there is no home folder to keep the store in; name a file with --store");
-        return ExitCode::StoreUnusable;
-    }
-    return serveReporting(*options, *path);
+    return runOn(options->store, [&](const std::filesystem::path& path) { return serve(*options, path); });
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    umask(S_IRWXG | S_IRWXO); // whatever SQLite makes beside the store is its owner's alone
+    std::signal(SIGXFSZ, SIG_IGN); // a limit on the size of files is an error like a full disk, not the end
+    umask(S_IRWXG | S_IRWXO);      // whatever SQLite makes beside the store is its owner's alone
     return static_cast<int>(run({argv + 1, argv + argc}));
 }

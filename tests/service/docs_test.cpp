@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
+#include "service/CommandLine.h"
 #include "service/Options.h"
 #include "service/RecordsApi.h"
 #include "service/Statement.h"
@@ -31,6 +32,20 @@ TEST(RecordsServiceDocumentation, NamesEveryOption) {
     }
 }
 
+TEST(RecordsServiceDocumentation, NamesEveryCommandWithItsOptions) {
+    const std::string text = documentation();
+    for (const CommandText& command : commandTexts()) {
+        const std::string argument = command.argument.empty() ? "" : " " + std::string(command.argument);
+        const std::size_t begin = text.find("\n### `" + std::string(command.name) + argument + "`\n");
+        ASSERT_NE(begin, std::string::npos) << command.name;
+        const std::string section = text.substr(begin, text.find("\n##", begin + 4) - begin);
+        for (const OptionText& option : command.options) {
+            const std::string value = option.value.empty() ? "" : " " + std::string(option.value);
+            EXPECT_THAT(section, HasSubstr("\n| `" + std::string(option.name) + value + "` | ")) << command.name;
+        }
+    }
+}
+
 TEST(RecordsServiceDocumentation, NamesEveryRoute) {
     const std::string text = documentation();
     for (const Route& route : routes()) {
@@ -40,7 +55,7 @@ TEST(RecordsServiceDocumentation, NamesEveryRoute) {
 
 TEST(RecordsServiceDocumentation, NamesEveryExitCode) {
     const std::string text = documentation();
-    for (int code = 0; code <= static_cast<int>(ExitCode::StoreNewer); ++code) {
+    for (int code = 0; code <= static_cast<int>(ExitCode::FileUnusable); ++code) {
         EXPECT_THAT(text, HasSubstr("\n| `" + std::to_string(code) + "` | "));
     }
 }

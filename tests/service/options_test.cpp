@@ -52,6 +52,7 @@ TEST(ParseOptions, HelpAndVersion) {
 TEST(ParseOptions, BadArgumentsSayWhatIsWrong) {
     EXPECT_EQ(parse({"--nothing"}).error(), "there is no option --nothing; --help shows all");
     EXPECT_EQ(parse({"records.sqlite"}).error(), "there is no option records.sqlite; --help shows all");
+    EXPECT_EQ(parse({"--store", "x", "check"}).error(), "the command check must come before all options");
     EXPECT_EQ(parse({"--store"}).error(), "--store needs a value");
     EXPECT_EQ(parse({"--store="}).error(), "--store needs a value");
     EXPECT_EQ(parse({"--help=yes"}).error(), "--help takes no value");

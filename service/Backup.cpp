@@ -1,0 +1,157 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#include "service/Backup.h"
+
+#include "service/Schema.h"
+#include "service/StoreFile.h"
+
+#include <array>
+#include <cerrno>
+#include <ctime>
+#include <fstream>
+
+#include <sqlite3.h>
+#include <unistd.h>
+
+namespace dorvantel::service {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// In one step, so that a service that writes all the time cannot make the copy begin again and again; in a write-ahead
+/// log the copy's reading holds nobody up.
+void copyDatabase(const SqliteDatabase& from, const SqliteDatabase& to) {
+    sqlite3_backup* const backup = sqlite3_backup_init(to.handle(), "main", from.handle(), "main");
+    const int copied = backup != nullptr ? sqlite3_backup_step(backup, -1) : sqlite3_errcode(to.handle());
+    const int finished = sqlite3_backup_finish(backup);
+    if (copied != SQLITE_DONE || finished != SQLITE_OK) {
+        const int error = copied != SQLITE_DONE ? copied : finished;
+        throw SqliteError(error & 0xFF, "the copy failed: " + std::string(sqlite3_errstr(error)));
+    }
+}
+
+/// From here on, everything is in the one file.
+void leaveLog(const SqliteDatabase& database) {
+    if (database.text("PRAGMA journal_mode = DELETE") != "delete") {
+        throw SqliteError(SQLITE_BUSY, "another program reads the file");
+    }
+}
+
+/// The name that a store gets when another takes its place; nothing has it yet.
+fs::path asideName(const fs::path& store) {
+    std::array<char, 32> time{};
+    const std::time_t now = std::time(nullptr);
+    std::tm utc{};
+    std::strftime(time.data(), time.size(), "%Y%m%dT%H%M%SZ", gmtime_r(&now, &utc));
+    const std::string name = store.string() + ".before-restore-" + time.data();
+    fs::path free = name;
+    for (int i = 2; fs::exists(free); ++i) {
+        free = name + "-" + std::to_string(i);
+    }
+    return free;
+}
+
+std::string headerOf(const fs::path& file) {
+    std::string header(storeHeaderSize, '\0');
+    std::ifstream input(file, std::ios::binary);
+    input.read(header.data(), std::ssize(header));
+    header.resize(static_cast<std::size_t>(input.gcount()));
+    return header;
+}
+
+/// Moves what is in the log of a store into its file and makes sure that nobody else has it open, so that the file
+/// alone is the store. One that is too damaged for that stays as it is, with its log.
+void closeInOrder(const fs::path& store) {
+    const std::string header = headerOf(store);
+    if (!isStoreHeader(header)) {
+        if (header.starts_with("SQLite format 3")) {
+            throw SchemaError(SchemaError::Kind::Foreign, "the file is a database of another program");
+        }
+        return;
+    }
+    try {
+        leaveLog(SqliteDatabase(store.string(), SqliteDatabase::Access::ReadWriteCreate));
+    } catch (const SqliteError& error) {
+        if (error.code() == SQLITE_BUSY) {
+            throw StoreInUse(store.string() + ": another program reads this store");
+        }
+    }
+}
+
+fs::path keepAside(const fs::path& store) {
+    closeInOrder(store);
+    fs::path aside = asideName(store);
+    for (const char* const suffix : {"-wal", "-shm", "-journal"}) {
+        if (fs::exists(store.string() + suffix)) {
+            fs::rename(store.string() + suffix, aside.string() + suffix);
+        }
+    }
+    // A second name first, so that at no moment the store is missing: a service would begin an empty one.
+    if (link(store.c_str(), aside.c_str()) != 0) {
+        fs::rename(store, aside);
+    }
+    return aside;
+}
+
+} // namespace
+
+std::int64_t backUp(const fs::path& store, const fs::path& file, bool isReplacing) {
+    const SqliteDatabase from = openForReading(store.string());
+    NewFile made(file, isReplacing ? NewFile::Kind::Replacement : NewFile::Kind::File);
+    StoreReport report;
+    try {
+        const SqliteDatabase copy(made.path().string(), SqliteDatabase::Access::ReadWriteCreate);
+        copyDatabase(from, copy);
+        leaveLog(copy);
+        report = checkStore(copy);
+    } catch (const SqliteError& error) {
+        if (error.code() == SQLITE_FULL) {
+            throw FileError(file.string() + ": there is no room left for it");
+        }
+        throw;
+    }
+    if (!report.problems.empty()) {
+        throw SqliteError(SQLITE_CORRUPT, report.problems.front());
+    }
+    made.putInPlace();
+    return report.candidates;
+}
+
+Restored restore(const fs::path& file, const fs::path& store) {
+    const StoreLock lock(store);
+    std::error_code missing;
+    if (fs::equivalent(file, store, missing)) {
+        throw FileError(file.string() + ": it is the store itself");
+    }
+    NewFile made(store, NewFile::Kind::Replacement);
+    StoreReport report;
+    try {
+        const SqliteDatabase from = openForReading(file.string());
+        const SqliteDatabase copy(made.path().string(), SqliteDatabase::Access::ReadWriteCreate);
+        copyDatabase(from, copy);
+        leaveLog(copy);
+        migrate(copy, migrations());
+        report = checkStore(copy);
+    } catch (const StoreFileError&) {
+        throw FileError(file.string() + ": there is no such file");
+    } catch (const SqliteError& error) {
+        throw FileError(file.string() + ": it cannot be restored: " + error.what());
+    } catch (const SchemaError& error) {
+        if (error.kind() == SchemaError::Kind::Newer) {
+            throw;
+        }
+        throw FileError(file.string() + ": " + error.what());
+    }
+    if (!report.problems.empty()) {
+        throw FileError(file.string() + ": " + report.problems.front());
+    }
+    Restored restored{.candidates = report.candidates, .keptAside = std::nullopt};
+    if (fs::exists(store)) {
+        restored.keptAside = keepAside(store);
+    }
+    made.putInPlace();
+    return restored;
+}
+
+} // namespace dorvantel::service

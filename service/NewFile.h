@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 The Dorvantel founders
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace dorvantel::service {
+
+/// Why a file or folder that somebody named cannot be used; the message names it and the reason.
+class FileError : public std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// A file or folder that is made under another name beside its place, readable by its owner alone, so that under its
+/// own name it is there whole or not at all. What was not put in place is removed with this object. Throws FileError.
+class NewFile {
+public:
+    enum class Kind {
+        File,        ///< refused when the name is taken
+        Replacement, ///< a file that takes the place of one that has the name
+        Folder,      ///< refused when the name is taken, but by an empty folder
+    };
+    NewFile(const std::filesystem::path& place, Kind kind);
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+    ~NewFile();
+
+    /// Where it is made.
+    const std::filesystem::path& path() const { return m_path; }
+
+    /// Gives it its name.
+    void putInPlace();
+
+private:
+    void refuseTaken() const;
+
+    std::filesystem::path m_place;
+    std::filesystem::path m_path;
+    Kind m_kind;
+};
+
+/// Makes a file that must not exist yet, its owner's alone, and writes it to the disk. Throws FileError.
+void writeNewFile(const std::filesystem::path& path, std::string_view bytes);
+
+/// Writes the names in a folder to the disk, as far as the file system can.
+void syncFolder(const std::filesystem::path& folder);
+
+} // namespace dorvantel::service
