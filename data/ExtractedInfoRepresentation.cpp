@@ -86,7 +86,8 @@ QStringList textsOfListText(const QString& listText) {
 }
 
 bool containsIgnoringCase(const QStringList& list, const QString& value) {
-    return std::ranges::any_of(list, [key = value.toLower()](const QString& other) { return other.toLower() == key; });
+    return std::ranges::any_of(
+        list, [key = caselessForm(value)](const QString& other) { return caselessForm(other) == key; });
 }
 
 /// Adds the values of one list member. `adopt` gives the form in which a value is kept, or nothing to pass it over.
@@ -114,7 +115,7 @@ std::optional<QString> asWritten(const QString& value) {
 }
 
 std::optional<QString> asLanguage(const QString& value) {
-    if (value.toUpper() == u"ESPAÑOL") {
+    if (value.toUpper().normalized(QString::NormalizationForm_C) == u"ESPAÑOL") {
         return std::nullopt; // every candidate's list begins with it
     }
     return capitalized(value);

@@ -4,6 +4,7 @@
 
 #include "platform/Log.h"
 #include "platform/MainQueue.h"
+#include "platform/Text.h"
 
 #include <QPointer>
 #include <QSet>
@@ -49,7 +50,7 @@ public:
         for (auto value = values.crbegin(); value != values.crend(); ++value) {
             if (const Spelling spelling(*value); !m_seen.contains(spelling)) {
                 m_seen.insert(spelling);
-                if (const QString key = value->toLower(); !m_catalogue.contains(key)) {
+                if (const QString key = caselessForm(*value); !m_catalogue.contains(key)) {
                     m_catalogue.insert(key, *value);
                 }
             }

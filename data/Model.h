@@ -19,7 +19,7 @@ class Model : public QObject {
     Q_OBJECT
 
 public:
-    /// From a lower-cased value to its spelling as stored.
+    /// From the caseless form of a value to its spelling as stored.
     using Catalogue = QHash<QString, QString>;
 
     explicit Model(RecordsService& service, QObject* parent = nullptr);

@@ -10,7 +10,7 @@ CatalogueTokens splitByCatalogue(const QStringList& values, const Model::Catalog
     const bool asWritten = kind == TokenKind::Technical;
     CatalogueTokens tokens;
     for (const QString& value : values) {
-        if (const auto found = catalogue.constFind(value.toLower()); found != catalogue.cend()) {
+        if (const auto found = catalogue.constFind(caselessForm(value)); found != catalogue.cend()) {
             tokens.known.append(asWritten ? value : *found);
         } else {
             tokens.unknown.append(asWritten ? value : capitalized(value));

@@ -22,7 +22,7 @@ enum class TokenKind {
     Spoken,    ///< soft skills and languages: known ones in the catalogue's spelling, new ones capitalised
 };
 
-/// Sorts `values` by whether their lower-case form is a key of `catalogue`, in order and with repetitions.
+/// Sorts `values` by whether their caseless form is a key of `catalogue`, in order and with repetitions.
 CatalogueTokens splitByCatalogue(const QStringList& values, const Model::Catalogue& catalogue, TokenKind kind);
 
 } // namespace dorvantel

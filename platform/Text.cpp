@@ -13,6 +13,10 @@ QString capitalized(const QString& text) {
     return QString::fromUtf16(value.getBuffer(), value.length());
 }
 
+QString caselessForm(const QString& text) {
+    return text.toLower().normalized(QString::NormalizationForm_C);
+}
+
 QString trimmed(const QString& text) {
     return text.trimmed();
 }

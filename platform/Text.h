@@ -10,6 +10,10 @@ namespace dorvantel {
 /// title-casing: "maría josé LÓPEZ" becomes "María José López".
 QString capitalized(const QString& text);
 
+/// The form in which values are compared without regard to case: lower case, and composed, so that a letter written
+/// with a separate accent is the same letter. A letter without its accent stays another letter.
+QString caselessForm(const QString& text);
+
 /// Without the white space and line breaks at both ends.
 QString trimmed(const QString& text);
 

@@ -47,7 +47,7 @@ void BoundTokenField::onListWritten() {
 void BoundTokenField::onEdited() {
     if (m_updateIsDue) {
         m_updateIsDue = false;
-        m_tokenField->setObjectValue(tokenObjects(m_tokens));
+        m_tokenField->setTokens(tokenObjects(m_tokens));
     }
 }
 

@@ -26,7 +26,7 @@ public:
     const QStringList& tokens() const { return m_tokens; }
 
     /// The owner's list changed: the field shows `tokens` instead of whatever it shows. Not reported back. May be
-    /// called from tokensChanged().
+    /// called from tokensChanged(); what is being typed then stays.
     void setTokens(const QStringList& tokens);
 
     /// What screen readers call the field.

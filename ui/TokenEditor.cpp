@@ -86,9 +86,16 @@ TokenObjects TokenEditor::objectValue() const {
 }
 
 void TokenEditor::setObjectValue(const TokenObjects& value) {
-    const QStringList tokens = requiredStrings(value);
-    if (tokenObjects(tokens) != objectValue()) {
-        setTokens(tokens);
+    if (value != objectValue()) {
+        m_completion->hide();
+        m_input->clear();
+        showTokens(requiredStrings(value));
+    }
+}
+
+void TokenEditor::setTokens(const TokenObjects& value) {
+    if (value != objectValue()) {
+        showTokens(requiredStrings(value));
     }
 }
 
@@ -98,7 +105,7 @@ void TokenEditor::removeToken() {
         fatalError(u"a token is to be removed from a field without tokens"_s);
     }
     value.removeFirst();
-    setObjectValue(value);
+    setTokens(value);
 }
 
 QString TokenEditor::text() const {
@@ -125,9 +132,7 @@ void TokenEditor::setMaximumLines(int lines) {
     relayout();
 }
 
-void TokenEditor::setTokens(const QStringList& tokens) {
-    m_completion->hide();
-    m_input->setText(QString());
+void TokenEditor::showTokens(const QStringList& tokens) {
     while (!m_chips.empty()) {
         dropChip(count() - 1);
     }
@@ -166,6 +171,11 @@ void TokenEditor::tokensChanged() {
     relayout();
 }
 
+void TokenEditor::tellChange(FieldChange change) {
+    m_delegate.textDidChange(objectValue(), change);
+    Q_EMIT edited();
+}
+
 void TokenEditor::onTextEdited(const QString& text) {
     const qsizetype rest = lastTokenEnd(text) + 1;
     if (rest > 0) {
@@ -175,8 +185,7 @@ void TokenEditor::onTextEdited(const QString& text) {
     } else {
         relayout();
         reveal(m_input);
-        m_delegate.textDidChange(objectValue());
-        Q_EMIT edited();
+        tellChange(FieldChange::Typing);
     }
     if (m_input->text().trimmed().isEmpty()) {
         m_completion->hide();
@@ -217,8 +226,7 @@ void TokenEditor::propose(const QStringList& texts, const QString& unfinished) {
     }
     tokensChanged();
     reveal(m_input);
-    m_delegate.textDidChange(objectValue());
-    Q_EMIT edited();
+    tellChange(FieldChange::Typing);
 }
 
 void TokenEditor::endEditing() {
@@ -266,8 +274,7 @@ void TokenEditor::deleteSelected(bool staysAmongChips) {
     } else {
         focusText();
     }
-    m_delegate.textDidChange(objectValue());
-    Q_EMIT edited();
+    tellChange(FieldChange::Deletion);
 }
 
 TokenEditor::Arrangement TokenEditor::arrange(int width) const {

@@ -39,8 +39,11 @@ public:
     /// shown already changes nothing: what is being typed stays.
     void setObjectValue(const TokenObjects& value);
 
-    /// Takes away the first token, whichever one the user pointed at; the delegate is not told. Stops the program when
-    /// there is none.
+    /// As setObjectValue(), but what is being typed stays: for a value that answers to the user's own editing.
+    void setTokens(const TokenObjects& value);
+
+    /// Takes away the first token, whichever one the user pointed at; the delegate is not told, and what is being typed
+    /// stays. Stops the program when there is none.
     void removeToken();
 
     /// What shows the tokens, in their order.
@@ -83,11 +86,12 @@ private:
     void reveal(QWidget* piece);
     void tokensChanged();
 
-    void setTokens(const QStringList& tokens);
+    void showTokens(const QStringList& tokens);
     void addChip(const QString& token);
     void dropChip(qsizetype index);
     qsizetype count() const { return static_cast<qsizetype>(m_chips.size()); }
 
+    void tellChange(FieldChange change);
     void onTextEdited(const QString& text);
     void commitText();
     void commitByTab();

@@ -12,6 +12,9 @@ namespace dorvantel {
 /// What the keyboard asks of the text of a token editor.
 enum class TextCommand { DeleteBackward, DeleteForward, InsertNewline, InsertTab };
 
+/// What a step of the user's editing did to a token editor. Deleting letters is typing.
+enum class FieldChange { Typing, Deletion };
+
 /// What an entry of a token's menu does to the editor.
 enum class TokenAction { RemoveToken };
 
@@ -42,7 +45,7 @@ public:
     virtual QList<TokenMenuItem> menuForToken(const QString& /*token*/) const { return {}; }
 
     /// The user changed the text or the tokens; not called for values that the program sets.
-    virtual void textDidChange(const TokenObjects& /*field*/) {}
+    virtual void textDidChange(const TokenObjects& /*field*/, FieldChange /*change*/) {}
 
     /// The keyboard focus left the editor, and what was typed has been tokenised.
     virtual void textDidEndEditing(const TokenObjects& /*field*/) {}

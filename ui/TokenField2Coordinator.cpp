@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/TokenField2Coordinator.h"
 
+#include "platform/Text.h"
+
 namespace dorvantel {
 
 using namespace Qt::StringLiterals;
@@ -71,9 +73,10 @@ QList<TokenMenuItem> TokenField2Coordinator::menuForToken(const QString&) const 
     return {{u"Eliminar token"_s, TokenAction::RemoveToken}};
 }
 
-void TokenField2Coordinator::textDidChange(const TokenObjects& field) {
-    // Additions were written when they were accepted; only a field that holds fewer has news.
-    if (field.size() < m_parent.tokens().size()) {
+void TokenField2Coordinator::textDidChange(const TokenObjects& field, FieldChange change) {
+    // Additions were written when they were accepted; only a deletion has news. A field whose token was taken by its
+    // menu holds fewer too, and a letter typed there must not decide what becomes of the list.
+    if (change == FieldChange::Deletion && field.size() < m_parent.tokens().size()) {
         m_parent.set(requiredStrings(field));
     }
 }

@@ -21,7 +21,7 @@ public:
     TokenObjects shouldAdd(const TokenObjects& proposed, qsizetype index, const TokenObjects& field) override;
     bool hasMenuForToken(const QString& token) const override;
     QList<TokenMenuItem> menuForToken(const QString& token) const override;
-    void textDidChange(const TokenObjects& field) override;
+    void textDidChange(const TokenObjects& field, FieldChange change) override;
 
 private:
     TokenBinding m_parent;

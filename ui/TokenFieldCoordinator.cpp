@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/TokenFieldCoordinator.h"
 
+#include "platform/Text.h"
+
 namespace dorvantel {
 
 namespace {
@@ -41,7 +43,7 @@ TokenObjects TokenFieldCoordinator::shouldAdd(const TokenObjects& proposed, qsiz
     return tokenObjects(kept);
 }
 
-void TokenFieldCoordinator::textDidChange(const TokenObjects& field) {
+void TokenFieldCoordinator::textDidChange(const TokenObjects& field, FieldChange) {
     if (m_didPressDelete) {
         m_parent.set(valid(requiredStrings(field)));
         m_didPressDelete = false;

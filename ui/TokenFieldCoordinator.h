@@ -17,7 +17,7 @@ public:
     /// Every catalogue value that begins with the substring in any case, in catalogue order, chosen or not.
     QStringList completionsForSubstring(const QString& substring, const TokenObjects& field) const override;
     TokenObjects shouldAdd(const TokenObjects& proposed, qsizetype index, const TokenObjects& field) override;
-    void textDidChange(const TokenObjects& field) override;
+    void textDidChange(const TokenObjects& field, FieldChange change) override;
     void textDidEndEditing(const TokenObjects& field) override;
     bool doCommand(TextCommand command) override;
 

@@ -47,8 +47,4 @@ QStringList stringsAmong(const TokenObjects& objects) {
     return strings;
 }
 
-QString caselessForm(const QString& token) {
-    return token.toLower().normalized(QString::NormalizationForm_C);
-}
-
 } // namespace dorvantel

@@ -24,8 +24,4 @@ QStringList requiredStrings(const TokenObjects& objects);
 /// Those of them that are texts.
 QStringList stringsAmong(const TokenObjects& objects);
 
-/// The form in which tokens are compared without regard to case: lower case, and composed, so that a letter typed with
-/// a separate accent is the same letter.
-QString caselessForm(const QString& token);
-
 } // namespace dorvantel

@@ -171,6 +171,12 @@ TEST(ExtractedInfoLists, SpanishInAnyCaseIsNotAddedAgain) {
                 ElementsAre(u"Español"_s, u"Español (Nativo)"_s));
 }
 
+TEST(ExtractedInfoLists, AccentWrittenApartIsTheSameLanguageAndTheSameSkill) {
+    EXPECT_THAT(fromAnswer(u"{\"idiomas\":[\"espan\u0303ol\"]}"_s).languages, ElementsAre(u"Español"_s));
+    EXPECT_THAT(fromAnswer(u"{\"habilidades_tecnicas\":\"Gestión, GESTIO\u0301N\"}"_s).techSkills,
+                ElementsAre(u"Gestión"_s));
+}
+
 TEST(ExtractedInfoLists, AnswerWithoutLanguagesKeepsTheDefault) {
     EXPECT_THAT(fromAnswer(u"{\"nombre\":\"Ana\"}"_s).languages, ElementsAre(u"Español"_s));
     EXPECT_THAT(fromAnswer(u"{\"idiomas\":[]}"_s).languages, ElementsAre(u"Español"_s));

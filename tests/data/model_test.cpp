@@ -195,6 +195,11 @@ TEST(Model, ValuesAreNeitherTrimmedNorFreedOfAccents) {
             {u"inglés"_s, u"Inglés"_s}, {u"ingles"_s, u"Ingles"_s}, {u"inglés "_s, u"Inglés "_s}, {u""_s, u""_s}}));
 }
 
+TEST(Model, AccentWrittenApartIsTheSameValue) {
+    const LoadedModel loaded({speaking({u"Inglés"_s}), speaking({u"INGLE\u0301S"_s})});
+    EXPECT_EQ(loaded.model.languagesDictionary(), (Model::Catalogue{{u"inglés"_s, u"INGLE\u0301S"_s}}));
+}
+
 TEST(Model, ListsGrowWithEveryRebuildWhileDictionariesStayExact) {
     LoadedModel loaded({speaking({u"Español"_s, u"Inglés"_s}), speaking({u"Inglés"_s, u"Español"_s})});
     ASSERT_THAT(loaded.model.languages(), UnorderedElementsAre(u"Español"_s, u"Inglés"_s));

@@ -49,6 +49,12 @@ TEST(SplitByCatalogue, BlanksAndAccentsMakeADifference) {
     EXPECT_THAT(tokens.unknown, ElementsAre(u"Inglés "_s, u"Ingles"_s));
 }
 
+TEST(SplitByCatalogue, AccentWrittenApartIsTheSameValue) {
+    const auto tokens = splitByCatalogue({u"ingle\u0301s"_s}, {{u"inglés"_s, u"Inglés"_s}}, TokenKind::Spoken);
+    EXPECT_THAT(tokens.known, ElementsAre(u"Inglés"_s));
+    EXPECT_THAT(tokens.unknown, IsEmpty());
+}
+
 TEST(SplitByCatalogue, OrderAndRepetitionsAreKept) {
     const auto tokens = splitByCatalogue({u"b"_s, u"x"_s, u"a"_s, u"b"_s, u"x"_s}, {{u"a"_s, u"A"_s}, {u"b"_s, u"B"_s}},
                                          TokenKind::Spoken);

@@ -11,6 +11,13 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+TEST(CaselessForm, CaseAndTheWayAnAccentIsWrittenMakeNoDifferenceButTheAccentDoes) {
+    EXPECT_EQ(caselessForm(u"INGLÉS"_s), u"inglés"_s);
+    EXPECT_EQ(caselessForm(u"INGLE\u0301S"_s), u"inglés"_s);
+    EXPECT_NE(caselessForm(u"ingles"_s), caselessForm(u"inglés"_s));
+    EXPECT_EQ(caselessForm(u" C++ "_s), u" c++ "_s);
+}
+
 TEST(Capitalized, EveryWordStartsInUpperCaseAndGoesOnInLowerCase) {
     EXPECT_EQ(capitalized(u"maría josé LÓPEZ"_s), u"María José López"_s);
     EXPECT_EQ(capitalized(u"TRABAJO EN EQUIPO"_s), u"Trabajo En Equipo"_s);

@@ -42,7 +42,9 @@ public:
     }
     bool hasMenuForToken(const QString&) const override { return !menu.isEmpty(); }
     QList<TokenMenuItem> menuForToken(const QString&) const override { return menu; }
-    void textDidChange(const TokenObjects& field) override { note(u"textDidChange"_s, field); }
+    void textDidChange(const TokenObjects& field, FieldChange change) override {
+        note(change == FieldChange::Deletion ? u"textDidChange by deletion"_s : u"textDidChange"_s, field);
+    }
     void textDidEndEditing(const TokenObjects& field) override { note(u"textDidEndEditing"_s, field); }
     bool doCommand(TextCommand command) override {
         commands.append(command);

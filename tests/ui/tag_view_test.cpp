@@ -8,6 +8,8 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <cstdlib>
+
 #include "tests/support/Print.h"
 
 #include <gtest/gtest.h>
@@ -148,13 +150,38 @@ TEST(TagView, FillsAndOutlineHaveTheirColours) {
     };
     const QColor selected = fillOf(chips(view)[0]);
     const QColor unselected = fillOf(chips(view)[1]);
-    EXPECT_GT(selected.green(), selected.red());
-    EXPECT_GT(selected.green(), selected.blue());
+    const auto textOf = [&](const QPushButton* chip) {
+        // The letters' own colour is the one that is farthest from the fill.
+        const QColor fill = fillOf(chip);
+        QColor farthest = fill;
+        const auto distance = [&fill](const QColor& colour) {
+            return std::abs(colour.red() - fill.red()) + std::abs(colour.green() - fill.green()) +
+                   std::abs(colour.blue() - fill.blue());
+        };
+        const QRect inner = chip->geometry().adjusted(4, 4, -4, -4);
+        for (int y = inner.top(); y <= inner.bottom(); ++y) {
+            for (int x = inner.left(); x <= inner.right(); ++x) {
+                farthest = distance(image.pixelColor(x, y)) > distance(farthest) ? image.pixelColor(x, y) : farthest;
+            }
+        }
+        return farthest;
+    };
+    EXPECT_EQ(selected.hslHue() / 30, 4) << "green";
+    EXPECT_EQ(textOf(chips(view)[0]).hslHue() / 30, 7) << "blue";
     EXPECT_EQ(unselected, QColor(colours::red));
+    EXPECT_GT(textOf(chips(view)[1]).lightness(), 240) << "white";
     const QColor outline = image.pixelColor(chips(view)[1]->geometry().center().x(), chips(view)[1]->geometry().top());
     EXPECT_GT(outline.red(), 200);
     EXPECT_LT(outline.blue(), 80);
     EXPECT_GT(outline.green(), 100);
+    const QColor below =
+        image.pixelColor(chips(view)[1]->geometry().center().x(), chips(view)[1]->geometry().top() + 1);
+    EXPECT_EQ(below, unselected) << "the outline is one line wide";
+}
+
+TEST(TagView, TitlesAreInTheFontOfACaption) {
+    const TagView view(items({u"Excel"_s}));
+    EXPECT_EQ(chips(view)[0]->font(), textFont(TextStyle::Caption));
 }
 
 TEST(TagView, KeyboardGoesFromChipToChipAndToggles) {

@@ -290,7 +290,7 @@ TEST_F(Editor, BackspaceBeforeTheFirstLetterSelectsTheLastTokenAndThenDeletesIt)
     EXPECT_THAT(tokens(), ElementsAre(u"Go"_s));
     EXPECT_EQ(editor->text(), u"x"_s);
     EXPECT_TRUE(input()->hasFocus());
-    EXPECT_EQ(delegate.calls.last(), u"textDidChange [Go]"_s);
+    EXPECT_EQ(delegate.calls.last(), u"textDidChange by deletion [Go]"_s);
 }
 
 TEST_F(Editor, AHeldBackspaceStopsBeforeTheTokens) {
@@ -318,7 +318,7 @@ TEST_F(Editor, AllSelectedTokensAreDeletedInOneStep) {
     click(2, Qt::ControlModifier);
     press(Qt::Key_Backspace);
     EXPECT_THAT(tokens(), ElementsAre(u"Java"_s, u"C"_s));
-    EXPECT_THAT(delegate.calls, ElementsAre(u"textDidChange [Java|C]"_s));
+    EXPECT_THAT(delegate.calls, ElementsAre(u"textDidChange by deletion [Java|C]"_s));
 }
 
 } // namespace dorvantel

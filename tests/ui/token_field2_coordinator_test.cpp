@@ -88,15 +88,21 @@ TEST_F(LenientCoordinator, AnAccentWrittenApartIsTheSameLetter) {
 
 TEST_F(LenientCoordinator, AFieldThatHoldsFewerTokensReplacesTheList) {
     list = {u"Excel"_s, u"Word"_s, u"Java"_s};
-    coordinator({}).textDidChange({u"Java"_s, u"Excel"_s});
+    coordinator({}).textDidChange({u"Java"_s, u"Excel"_s}, FieldChange::Deletion);
     EXPECT_THAT(list, ElementsAre(u"Java"_s, u"Excel"_s));
 }
 
 TEST_F(LenientCoordinator, AFieldThatHoldsAsManyOrMoreWritesNothing) {
     list = {u"Excel"_s};
     TokenField2Coordinator lenient = coordinator({});
-    lenient.textDidChange({u"Word"_s});
-    lenient.textDidChange({u"Word"_s, u"Java"_s});
+    lenient.textDidChange({u"Word"_s}, FieldChange::Deletion);
+    lenient.textDidChange({u"Word"_s, u"Java"_s}, FieldChange::Deletion);
+    EXPECT_THAT(states, IsEmpty());
+}
+
+TEST_F(LenientCoordinator, TypingWritesNothingEvenInAFieldThatHoldsFewerTokens) {
+    list = {u"Excel"_s, u"Word"_s};
+    coordinator({}).textDidChange({u"Word"_s}, FieldChange::Typing);
     EXPECT_THAT(states, IsEmpty());
 }
 
@@ -126,7 +132,7 @@ TEST(LenientCoordinatorDeathTest, AFieldValueThatIsNoListOfTextsStopsTheProgram)
     constexpr auto message = "Fatal error: the value of a token field is not a list of strings";
     EXPECT_DEATH(lenient.completionsForSubstring(u"e"_s, {7}), message);
     EXPECT_DEATH(lenient.shouldAdd({u"Excel"_s}, 0, {7}), message);
-    EXPECT_DEATH(lenient.textDidChange({7}), message);
+    EXPECT_DEATH(lenient.textDidChange({7}, FieldChange::Deletion), message);
 }
 
 } // namespace dorvantel

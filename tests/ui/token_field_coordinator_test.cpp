@@ -97,8 +97,16 @@ TEST_F(StrictCoordinator, NoCommandIsEverHandled) {
 TEST_F(StrictCoordinator, AChangeOfTextAloneWritesNothing) {
     list = {u"Excel"_s, u"Word"_s};
     TokenFieldCoordinator strict = coordinator({u"Excel"_s, u"Word"_s});
-    strict.textDidChange({u"Excel"_s});
+    strict.textDidChange({u"Excel"_s}, FieldChange::Deletion);
     EXPECT_EQ(changes, 0);
+}
+
+TEST_F(StrictCoordinator, ADeletedLetterCountsAsADeletedTokenDoes) {
+    list = {u"Excel"_s, u"COBOL"_s};
+    TokenFieldCoordinator strict = coordinator({u"Excel"_s});
+    strict.doCommand(TextCommand::DeleteBackward);
+    strict.textDidChange(tokenObjects(list), FieldChange::Typing);
+    EXPECT_THAT(list, ElementsAre(u"Excel"_s));
 }
 
 TEST_F(StrictCoordinator, OtherCommandsThanDeleteBackwardDoNotMakeAChangeCount) {
@@ -106,7 +114,7 @@ TEST_F(StrictCoordinator, OtherCommandsThanDeleteBackwardDoNotMakeAChangeCount) 
     TokenFieldCoordinator strict = coordinator({u"Excel"_s, u"Word"_s});
     strict.doCommand(TextCommand::DeleteForward);
     strict.doCommand(TextCommand::InsertNewline);
-    strict.textDidChange({u"Excel"_s});
+    strict.textDidChange({u"Excel"_s}, FieldChange::Deletion);
     EXPECT_EQ(changes, 0);
 }
 
@@ -114,7 +122,7 @@ TEST_F(StrictCoordinator, AfterADeleteKeyTheFieldsTokensAreWritten) {
     list = {u"Excel"_s, u"Word"_s};
     TokenFieldCoordinator strict = coordinator({u"Excel"_s, u"Word"_s});
     strict.doCommand(TextCommand::DeleteBackward);
-    strict.textDidChange({u"Word"_s});
+    strict.textDidChange({u"Word"_s}, FieldChange::Deletion);
     EXPECT_THAT(list, ElementsAre(u"Word"_s));
 }
 
@@ -122,7 +130,7 @@ TEST_F(StrictCoordinator, AfterADeleteKeyATokenOutsideTheCatalogueIsDroppedToo) 
     list = {u"Excel"_s, u"COBOL"_s, u"Word"_s};
     TokenFieldCoordinator strict = coordinator({u"Excel"_s, u"Word"_s});
     strict.doCommand(TextCommand::DeleteBackward);
-    strict.textDidChange({u"Excel"_s, u"COBOL"_s});
+    strict.textDidChange({u"Excel"_s, u"COBOL"_s}, FieldChange::Deletion);
     EXPECT_THAT(list, ElementsAre(u"Excel"_s));
 }
 
@@ -130,8 +138,8 @@ TEST_F(StrictCoordinator, OneDeleteKeyMakesOneChangeCount) {
     list = {u"Excel"_s, u"Word"_s};
     TokenFieldCoordinator strict = coordinator({u"Excel"_s, u"Word"_s});
     strict.doCommand(TextCommand::DeleteBackward);
-    strict.textDidChange({u"Excel"_s});
-    strict.textDidChange({});
+    strict.textDidChange({u"Excel"_s}, FieldChange::Deletion);
+    strict.textDidChange({}, FieldChange::Deletion);
     EXPECT_THAT(list, ElementsAre(u"Excel"_s));
 }
 
@@ -149,7 +157,8 @@ TEST(StrictCoordinatorDeathTest, AFieldValueThatIsNoListOfTextsStopsTheProgram) 
     QStringList list;
     TokenFieldCoordinator strict(TokenBinding(list, [] {}), {});
     strict.doCommand(TextCommand::DeleteBackward);
-    EXPECT_DEATH(strict.textDidChange({7}), "Fatal error: the value of a token field is not a list of strings");
+    EXPECT_DEATH(strict.textDidChange({7}, FieldChange::Deletion),
+                 "Fatal error: the value of a token field is not a list of strings");
 }
 
 } // namespace dorvantel

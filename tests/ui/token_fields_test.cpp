@@ -85,12 +85,25 @@ TEST_F(StrictField, TheOtherDeleteKeyIsWrittenWhenEditingEnds) {
     EXPECT_THAT(owned, ElementsAre(u"COBOL"_s, u"Excel"_s));
 }
 
-TEST_F(StrictField, DeletingALetterKeepsTheRestOfTheText) {
+TEST_F(StrictField, DeletingALetterKeepsTheRestOfTheTextAndItsCompletions) {
     open(new TokenField({u"Excel"_s, u"COBOL"_s}, {u"Excel"_s, u"Word"_s}));
-    type(u"Wor"_s);
+    type(u"Word"_s);
+    press(Qt::Key_Left);
     press(Qt::Key_Backspace);
     EXPECT_THAT(owned, ElementsAre(u"Excel"_s));
     EXPECT_THAT(tokens(), ElementsAre(u"Excel"_s));
+    EXPECT_EQ(field->tokenField()->text(), u"Wod"_s);
+    EXPECT_EQ(input()->cursorPosition(), 2);
+    press(Qt::Key_Delete);
+    EXPECT_THAT(offered(), ElementsAre(u"Word"_s));
+}
+
+TEST_F(StrictField, AListThatDropsTokensKeepsTheUnfinishedRestOfWhatWasPasted) {
+    open(new TokenField({u"COBOL"_s}, {u"Excel"_s, u"Word"_s}));
+    press(Qt::Key_Backspace);
+    type(u"Excel,Wo"_s);
+    EXPECT_THAT(tokens(), ElementsAre(u"Excel"_s));
+    EXPECT_EQ(field->tokenField()->text(), u"Wo"_s);
 }
 
 TEST_F(StrictField, ATokenHasNoMenu) {
@@ -195,6 +208,49 @@ TEST_F(LenientField, AfterEliminarTokenTheNextDeletionWritesWhatTheFieldShows) {
     press(Qt::Key_Backspace);
     press(Qt::Key_Backspace);
     EXPECT_THAT(owned, ElementsAre(u"Word"_s));
+}
+
+TEST_F(LenientField, AfterEliminarTokenTypingALetterDecidesNothing) {
+    open(new TokenField2({u"Excel"_s, u"Word"_s, u"Java"_s}, true, {}));
+    field->tokenField()->removeToken();
+    type(u"Go"_s);
+    press(Qt::Key_Backspace);
+    EXPECT_THAT(states, IsEmpty());
+    EXPECT_THAT(tokens(), ElementsAre(u"Word"_s, u"Java"_s));
+    EXPECT_EQ(field->tokenField()->text(), u"G"_s);
+}
+
+TEST_F(LenientField, AfterEliminarTokenAnAdditionBringsTheOwnersListBack) {
+    open(new TokenField2({u"Excel"_s, u"Word"_s, u"Java"_s}, true, {}));
+    field->tokenField()->removeToken();
+    typeToken(u"Go"_s);
+    EXPECT_THAT(owned, ElementsAre(u"Excel"_s, u"Word"_s, u"Java"_s, u"Go"_s));
+    EXPECT_THAT(tokens(), ElementsAre(u"Excel"_s, u"Word"_s, u"Java"_s, u"Go"_s));
+}
+
+TEST_F(LenientField, AfterEliminarTokenAValueThatIsNotLetInDecidesNothing) {
+    open(new TokenField2({u"Excel"_s, u"Word"_s}, true, {u"Excel"_s, u"Word"_s}));
+    field->tokenField()->removeToken();
+    typeToken(u"PHP"_s);
+    EXPECT_THAT(states, IsEmpty());
+    EXPECT_THAT(tokens(), ElementsAre(u"Word"_s));
+}
+
+TEST_F(LenientField, EliminarTokenKeepsTheTextBeingTyped) {
+    open(new TokenField2({u"Excel"_s, u"Word"_s}, true, {}));
+    type(u"Jav"_s);
+    field->tokenField()->removeToken();
+    EXPECT_THAT(tokens(), ElementsAre(u"Word"_s));
+    EXPECT_EQ(field->tokenField()->text(), u"Jav"_s);
+}
+
+TEST_F(LenientField, DeletingATokenBehindWhichSomethingIsBeingTypedIsWritten) {
+    open(new TokenField2({u"Excel"_s, u"Word"_s}, true, {}));
+    type(u"Jav"_s);
+    click(0);
+    press(Qt::Key_Backspace);
+    EXPECT_THAT(owned, ElementsAre(u"Word"_s));
+    EXPECT_EQ(field->tokenField()->text(), u"Jav"_s);
 }
 
 TEST_F(LenientField, AnUpdateShowsTheListInsteadOfWhateverIsShownAndIsNotReported) {
