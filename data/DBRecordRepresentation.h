@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace dorvantel {
@@ -33,7 +34,6 @@ struct DBRecordRepresentation {
     std::optional<QString> invitationMail;
     JSONCVData jsonCVData;
     std::optional<QByteArray> file;              ///< the PDF; absent until it was loaded or supplied by intake
-    std::shared_ptr<PDFDocument> pdfDocument;    ///< `file` as a document, once it opened
     std::vector<PDFCallback> pdfLoadCallbacks{}; ///< who waits for the PDF; empty unless it is being loaded
     std::unique_ptr<QObject> pdfOpening;         ///< bounds the opening of `file`: it is given up with the record
 
@@ -45,10 +45,20 @@ struct DBRecordRepresentation {
     DBRecordRepresentation(const DBRecordRepresentation&) = delete;
     DBRecordRepresentation& operator=(const DBRecordRepresentation&) = delete;
 
+    /// `file` as a document. Null until it was opened, and for good when it does not open. Never loads anything.
+    std::shared_ptr<PDFDocument> pdfDocument() const { return m_opened.value_or(nullptr); }
+    /// Whether it is known what `file` is as a document.
+    bool isPDFOpened() const { return m_opened.has_value(); }
+    /// Keeps what opening `file` gave, null when it is no PDF, so that it is opened once in the record's life.
+    void keepDocument(std::shared_ptr<PDFDocument> document) { m_opened = std::move(document); }
+
     /// The record to insert. Stops the program when the summary or the mail is absent: intake fills both.
     DBRecord toDBRecord() const;
 
     bool operator==(const DBRecordRepresentation& other) const { return id == other.id; }
+
+private:
+    std::optional<std::shared_ptr<PDFDocument>> m_opened;
 };
 
 inline std::size_t qHash(const DBRecordRepresentation& record, std::size_t seed = 0) {

@@ -14,7 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void answer(DBRecordRepresentation& record, const std::shared_ptr<PDFDocument>& document) {
+/// `document` is a copy of the callers' own: what the record holds may change under their hands.
+void answer(DBRecordRepresentation& record, std::shared_ptr<PDFDocument> document) {
     for (const auto& callback : std::exchange(record.pdfLoadCallbacks, {})) {
         callback(document);
     }
@@ -26,8 +27,8 @@ void openFile(const DBRecordPointer& record, PDFOpener& opener) {
                 [weak = std::weak_ptr(record)](std::shared_ptr<PDFDocument> document) {
                     // Held for as long as the callbacks run: one of them may release it.
                     if (const DBRecordPointer loaded = weak.lock()) {
-                        loaded->pdfDocument = std::move(document);
-                        answer(*loaded, loaded->pdfDocument);
+                        loaded->keepDocument(document);
+                        answer(*loaded, std::move(document));
                     }
                 });
 }
@@ -57,8 +58,8 @@ void fetchFile(const DBRecordPointer& record, RecordsService& records, PDFOpener
 
 void loadPDF(const DBRecordPointer& record, RecordsService& records, PDFOpener& opener,
              DBRecordRepresentation::PDFCallback completion) {
-    if (record->pdfDocument) {
-        completion(record->pdfDocument);
+    if (record->isPDFOpened()) {
+        completion(record->pdfDocument());
         return;
     }
     record->pdfLoadCallbacks.push_back(std::move(completion));

@@ -10,15 +10,15 @@ class PDFOpener;
 class RecordsService;
 
 /// Gives the record's PDF to `completion`, exactly once, on the UI thread; null when it cannot be had. Called there.
-///  - A document that is open already is given at once, inside this call.
-///  - Bytes that are there are opened without asking the records service. Opening takes a process of its own, so the
-///    answer comes later.
+///  - What has been opened already is given at once, inside this call; null when it turned out to be no PDF.
+///  - Bytes that are there and were not opened yet are opened without asking the records service. Opening takes a
+///    process of its own, so the answer comes later.
 ///  - Otherwise the bytes are fetched by the record's e-mail, opened, and both are kept in the record.
 ///
 /// Who asks while the PDF is being loaded waits in `pdfLoadCallbacks`: there is one request and one opening, and all
 /// are called in the order in which they asked, with the same document. That list is emptied before anyone is called,
-/// so a completion may ask again. What could not be had is not remembered: the next call tries again, with the bytes
-/// when they came but did not open. A failed request is one line in the log.
+/// so a completion may ask again. A request that failed or brought no bytes is not remembered: the next call
+/// asks again. Bytes that do not open are: they are the record's PDF for good. A failed request is one line in the log.
 ///
 /// The load holds the record weakly: when the record goes first, nobody is called and nothing is logged. The services
 /// have to outlive the record.

@@ -53,8 +53,10 @@ QWidget* makeTabbed(SegmentedControl* tags, const std::vector<QWidget*>& pages) 
 }
 
 /// A text to read, select and copy. Lays out only what is in view.
-QWidget* makeText(const TextRuns& runs) {
+QWidget* makeText(const TextRuns& runs, const QString& accessibleName) {
     auto* view = new QPlainTextEdit;
+    view->setAccessibleName(accessibleName);
+    view->setAcceptDrops(false); // a CV dropped here is the window's, as everywhere
     view->setReadOnly(true);
     view->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     view->setUndoRedoEnabled(false);
@@ -73,16 +75,18 @@ QWidget* makeText(const TextRuns& runs) {
         cursor.insertText(run.text, format);
     }
     cursor.endEditBlock();
+    // Filling the document has carried the keyboard's place along to the end.
+    view->moveCursor(QTextCursor::Start);
     return view;
 }
 
 /// A mark above a line of text, in the middle of the page.
-QWidget* makeNotice(QWidget* mark, const QString& text, TextStyle style) {
+QWidget* makeNotice(QWidget* mark, const QString& text, TextStyle style, QRgb colour) {
     auto* notice = new QWidget;
     auto* label = new QLabel(text);
     label->setFont(textFont(style));
     QPalette palette = lightPalette();
-    palette.setColor(QPalette::WindowText, QColor(colours::secondaryText));
+    palette.setColor(QPalette::WindowText, QColor(colour));
     label->setPalette(palette);
     auto* column = new QVBoxLayout(notice);
     column->setSpacing(spacing::small);
@@ -95,9 +99,9 @@ QWidget* makeNotice(QWidget* mark, const QString& text, TextStyle style) {
     return notice;
 }
 
-QWidget* makeProgress(const QString& text) {
+QWidget* makeProgress(const QString& text, QRgb colour) {
     constexpr int spinnerSize = 32;
-    return makeNotice(new Spinner(spinnerSize, QColor(colours::secondaryText)), text, TextStyle::Body);
+    return makeNotice(new Spinner(spinnerSize, QColor(colours::secondaryText)), text, TextStyle::Body, colour);
 }
 
 } // namespace
@@ -152,10 +156,12 @@ CandidateDetailUIView::CandidateDetailUIView(DBRecordPointer dbRecord, RecordsSe
     setObjectName(u"candidateDetail"_s);
     Page* pdf = makePage(u"pdf"_s, [this] { return makePDFPage(); });
     Page* text = makePage(u"text"_s, [this] { return makeTextPage(); });
-    Page* prompt = makePage(u"extraerPrompt"_s, [this] { return makeText(shownExtractionPrompt(m_pdfText)); });
-    Page* json = makePage(u"extraerJson"_s, [this] { return makeText({{shownCVData(*m_dbRecord)}}); });
-    Page* mailPrompt = makePage(u"correoPrompt"_s, [this] { return makeText(shownMailPrompt(m_pdfText)); });
-    Page* mailJson = makePage(u"correoJson"_s, [this] { return makeText(shownMailAnswer(*m_dbRecord)); });
+    Page* prompt =
+        makePage(u"extraerPrompt"_s, [this] { return makeText(shownExtractionPrompt(m_pdfText), u"Prompt"_s); });
+    Page* json = makePage(u"extraerJson"_s, [this] { return makeText({{shownCVData(*m_dbRecord)}}, u"JSON"_s); });
+    Page* mailPrompt =
+        makePage(u"correoPrompt"_s, [this] { return makeText(shownMailPrompt(m_pdfText), u"Prompt"_s); });
+    Page* mailJson = makePage(u"correoJson"_s, [this] { return makeText(shownMailAnswer(*m_dbRecord), u"JSON"_s); });
     m_pagesOfPDF = {pdf, text, prompt, mailPrompt};
 
     auto* column = new QVBoxLayout(this);
@@ -193,21 +199,22 @@ void CandidateDetailUIView::showEvent(QShowEvent* event) {
 }
 
 void CandidateDetailUIView::loadPDFIfNeeded() {
-    if (m_dbRecord->pdfDocument) {
-        showDocument(m_dbRecord->pdfDocument);
+    if (auto document = m_dbRecord->pdfDocument()) {
+        showDocument(std::move(document));
         return;
     }
     m_isLoadingPDF = true;
     renewPages();
-    loadPDF(m_dbRecord, m_records, m_pdfs, [self = QPointer(this)](std::shared_ptr<PDFDocument> document) {
-        if (self) {
-            self->m_isLoadingPDF = false;
-            if (!document) {
-                logLine(u"⚠️ No PDF available for "_s + self->m_dbRecord->email);
-            }
-            self->showDocument(std::move(document));
-        }
-    });
+    loadPDF(m_dbRecord, m_records, m_pdfs,
+            [self = QPointer(this), email = m_dbRecord->email](std::shared_ptr<PDFDocument> document) {
+                if (!document) { // said also when nobody looks at the candidate any more
+                    logLine(u"⚠️ No PDF available for "_s + email);
+                }
+                if (self) {
+                    self->m_isLoadingPDF = false;
+                    self->showDocument(std::move(document));
+                }
+            });
 }
 
 void CandidateDetailUIView::showDocument(std::shared_ptr<PDFDocument> document) {
@@ -229,19 +236,19 @@ QWidget* CandidateDetailUIView::makePDFPage() const {
         return new PDFKitView(m_pdfDocument, m_pdfs);
     }
     if (m_isLoadingPDF) {
-        return makeProgress(u"Cargando PDF..."_s);
+        return makeProgress(u"Cargando PDF..."_s, colours::secondaryText);
     }
     constexpr int symbolPoints = 60;
     return makeNotice(new SymbolView(u"doc.text.fill"_s, QColor(colours::secondaryText), symbolPoints),
-                      u"PDF no disponible"_s, TextStyle::Headline);
+                      u"PDF no disponible"_s, TextStyle::Headline, colours::secondaryText);
 }
 
 QWidget* CandidateDetailUIView::makeTextPage() const {
     if (m_pdfText) {
-        return makeText({{*m_pdfText}});
+        return makeText({{*m_pdfText}}, u"Texto"_s);
     }
-    return m_isLoadingPDF ? makeProgress(u"Cargando contenido..."_s)
-                          : makeNotice(nullptr, u"Contenido no disponible"_s, TextStyle::Body);
+    return m_isLoadingPDF ? makeProgress(u"Cargando contenido..."_s, colours::text)
+                          : makeNotice(nullptr, u"Contenido no disponible"_s, TextStyle::Body, colours::text);
 }
 
 } // namespace dorvantel

@@ -33,6 +33,12 @@ ExtractedPage::ExtractedPage(IntakeState& state, const Model& model, QWidget* pa
     refresh();
 }
 
+void ExtractedPage::letGo() {
+    for (const BoundTokens& bound : m_tokenFields) {
+        bound.field->disconnect(this);
+    }
+}
+
 QWidget* ExtractedPage::makeGender() {
     auto* column = new QWidget;
     auto* layout = new QVBoxLayout(column);
@@ -108,14 +114,14 @@ void ExtractedPage::addTokenRow(FormGrid& grid, const QString& label, const QStr
         layout->addWidget(text);
     };
     const QString known = u"(Valores en catálogo)"_s;
-    TokenField2* first = addTokenField(label + u' ' + known, objectName, tokens.known, catalogue, Additions::Accepted);
-    layout->addWidget(first);
+    layout->addWidget(addTokenField(label + u' ' + known, objectName, tokens.known, catalogue, Additions::Accepted));
     addCaption(known);
     // Without a catalogue a field takes whatever is typed; here new values come from the CV alone.
     const QString unknown = u"(Valores fuera de catálogo)"_s;
     layout->addWidget(addTokenField(label + u' ' + unknown, objectName + u'2', tokens.unknown, {}, Additions::Refused));
     addCaption(unknown);
-    column->setFocusProxy(first);
+    // The column is no focus proxy of a field: being destroyed first, it would take the focus from the field then, and
+    // that ends editing.
     grid.addRow(label, column, true);
 }
 

@@ -24,6 +24,10 @@ class ExtractedPage : public QWidget {
 public:
     ExtractedPage(IntakeState& state, const Model& model, QWidget* parent = nullptr);
 
+    /// From now on the page changes nothing: the state holds other values. What is being typed in a token field, which
+    /// the loss of the focus would make a token, is dropped.
+    void letGo();
+
 private:
     enum class Additions { Accepted, Refused };
 

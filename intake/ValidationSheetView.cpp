@@ -89,6 +89,7 @@ ValidationSheetView::ValidationSheetView(IntakeState& state, Model& model, Recor
 
 void ValidationSheetView::showData() {
     if (QWidget* old = m_content->widget(1)) {
+        old->findChild<ExtractedPage*>()->letGo();
         m_content->removeWidget(old);
         old->deleteLater();
     }
@@ -150,7 +151,7 @@ void ValidationSheetView::insertValidatedRecord() {
         return;
     }
     if (record->file) {
-        record->pdfDocument = m_state.pdfDocument(); // it has been opened for the extraction
+        record->keepDocument(m_state.pdfDocument()); // it has been opened for the extraction
     }
     // What follows may outlive the sheet: closing it takes it away.
     Model& model = m_model;

@@ -49,7 +49,7 @@ TEST_F(LoadPDF, FetchesByTheEMailAndKeepsBytesAndDocumentInTheRecord) {
     ASSERT_EQ(answers.size(), 1U);
     ASSERT_TRUE(answers[0]);
     EXPECT_EQ(answers[0]->pageText(0), u"página"_s);
-    EXPECT_EQ(record->pdfDocument, answers[0]);
+    EXPECT_EQ(record->pdfDocument(), answers[0]);
     EXPECT_TRUE(record->pdfLoadCallbacks.empty());
 }
 
@@ -155,16 +155,38 @@ TEST_F(LoadPDF, FailureIsLoggedToldToEveryCallerInOrderAndTheNextCallTriesAgain)
     EXPECT_TRUE(answers[2]);
 }
 
-TEST_F(LoadPDF, BytesThatDoNotOpenAreKeptAndOpenedAgainWithoutANewRequest) {
+TEST_F(LoadPDF, BytesThatDoNotOpenAreKeptAndAnswerAtOnceWithNoDocument) {
     load();
+    EXPECT_FALSE(record->isPDFOpened());
     records.answerFetchPDF(QByteArray("no PDF"));
     opener.fail(0);
     ASSERT_EQ(answers.size(), 1U);
     EXPECT_FALSE(answers[0]);
     EXPECT_EQ(record->file, QByteArray("no PDF"));
+    EXPECT_TRUE(record->isPDFOpened());
+    EXPECT_FALSE(record->pdfDocument());
     load();
-    EXPECT_EQ(opener.openings(), 2);
+    ASSERT_EQ(answers.size(), 2U);
+    EXPECT_FALSE(answers[1]);
+    EXPECT_TRUE(record->pdfLoadCallbacks.empty());
+    EXPECT_EQ(opener.openings(), 1);
     EXPECT_EQ(requests(), 1);
+}
+
+TEST_F(LoadPDF, AskingForTheDocumentNeverLoadsIt) {
+    record->file = QByteArray("%PDF");
+    EXPECT_FALSE(record->pdfDocument());
+    EXPECT_EQ(requests(), 0);
+    EXPECT_EQ(opener.openings(), 0);
+}
+
+TEST_F(LoadPDF, CallersGetTheDocumentThatWasOpenedWhateverOneOfThemDoesToTheRecord) {
+    loadPDF(record, records, opener, [this](const auto&) { record->keepDocument(nullptr); });
+    load();
+    records.answerFetchPDF(QByteArray("%PDF"));
+    opener.succeed(0, {u"página"_s});
+    ASSERT_EQ(answers.size(), 1U);
+    EXPECT_TRUE(answers[0]);
 }
 
 TEST_F(LoadPDF, CallbackThatAsksAgainStartsFromACleanState) {
@@ -182,6 +204,32 @@ TEST_F(LoadPDF, CallbackThatAsksAgainStartsFromACleanState) {
     opener.succeed(0, {u"página"_s});
     EXPECT_EQ(order.last(), u"again"_s);
     EXPECT_TRUE(answers.back());
+}
+
+TEST_F(LoadPDF, CallbackThatAsksAgainAfterAnAnswerWithoutBytesFetchesAgain) {
+    loadPDF(record, records, opener, [this](const auto&) {
+        EXPECT_TRUE(record->pdfLoadCallbacks.empty());
+        load(u"again"_s);
+    });
+    load(u"waiting"_s);
+    records.answerFetchPDF(std::nullopt);
+    EXPECT_EQ(order, QStringList{u"waiting"_s});
+    EXPECT_EQ(requests(), 2);
+    records.answerFetchPDF(QByteArray("%PDF"));
+    opener.succeed(0, {u"página"_s});
+    EXPECT_EQ(order.last(), u"again"_s);
+    EXPECT_TRUE(answers.back());
+}
+
+TEST_F(LoadPDF, CallbackThatAsksAgainAfterBytesThatDoNotOpenIsAnsweredInsideItsCall) {
+    loadPDF(record, records, opener, [this](const auto&) { load(u"again"_s); });
+    load(u"waiting"_s);
+    records.answerFetchPDF(QByteArray("no PDF"));
+    opener.fail(0);
+    EXPECT_EQ(order, (QStringList{u"again"_s, u"waiting"_s}));
+    EXPECT_EQ(answers, (std::vector<std::shared_ptr<PDFDocument>>{nullptr, nullptr}));
+    EXPECT_EQ(opener.openings(), 1);
+    EXPECT_EQ(requests(), 1);
 }
 
 TEST_F(LoadPDF, CallbackMayReleaseTheRecord) {

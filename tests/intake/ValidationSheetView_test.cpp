@@ -14,6 +14,7 @@
 #include "ui/TokenEditor.h"
 #include "ui/TokenField2.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -39,6 +40,12 @@ SheetValues completeValues() {
             .techSkills = {{u"Excel"_s}, {u"Sage"_s}},
             .softSkills = {{u"Trabajo en equipo"_s}, {}},
             .languages = {{u"Inglés"_s}, {u"Catalán"_s}}};
+}
+
+DBRecordPointer candidateWithTechSkills(const QStringList& techSkills) {
+    auto record = std::make_shared<DBRecordRepresentation>();
+    record->jsonCVData.techSkills = techSkills;
+    return record;
 }
 
 class ValidationSheetTest : public testing::Test {
@@ -208,8 +215,8 @@ TEST_F(ValidationSheetTest, OKStoresTheCorrectedRecordWithItsPDF) {
     EXPECT_EQ(record.profession, u"Contable  "_s);
     EXPECT_EQ(record.email, u"maria@example.com"_s);
     EXPECT_EQ(record.jsonCVData.techSkills, (QStringList{u"Excel"_s, u"Sage"_s}));
-    EXPECT_TRUE(record.pdfDocument);
-    EXPECT_EQ(record.pdfDocument, state.pdfDocument());
+    EXPECT_TRUE(record.pdfDocument());
+    EXPECT_EQ(record.pdfDocument(), state.pdfDocument());
     ASSERT_EQ(records.inserted().size(), 1U);
     EXPECT_EQ(records.inserted()[0], record.toDBRecord());
     EXPECT_EQ(records.inserted()[0].file, "pdf");
@@ -291,6 +298,50 @@ TEST_F(ValidationSheetTest, TokenTakenByItsMenuComesBackWithTheNextEdit) {
     skills->setTokens({});
     type(u"name"_s, u"x"_s);
     EXPECT_EQ(skills->tokens(), (QStringList{u"Excel"_s}));
+}
+
+TEST_F(ValidationSheetTest, WhatWasBeingTypedWhenANewExtractionCameReachesNeitherItsValuesNorItsFields) {
+    model.appendRecord(candidateWithTechSkills({u"Excel"_s, u"Word"_s}));
+    model.rebuildCatalogues();
+    extract();
+    QApplication::setActiveWindow(&sheet);
+    QLineEdit* old = input(*find<TokenField2>(u"techSkills"_s));
+    old->setFocus();
+    ASSERT_TRUE(old->hasFocus());
+    typeText(*old, u"Word"_s);
+    SheetValues other = completeValues();
+    other.name = u"Otra Persona"_s;
+    other.techSkills = {{u"Cobol"_s}, {}};
+    extract(other);
+    EXPECT_EQ(state.values(), other);
+    ASSERT_TRUE(waitUntil([&] { return sheet.findChildren<TokenField2*>(u"techSkills"_s).size() == 1; }));
+    EXPECT_EQ(state.values(), other);
+    EXPECT_EQ(find<TokenField2>(u"techSkills"_s)->tokens(), (QStringList{u"Cobol"_s}));
+    EXPECT_EQ(find<TokenField2>(u"techSkills"_s)->tokenField()->text(), QString());
+}
+
+TEST_F(ValidationSheetTest, MayGoWhileSomethingIsBeingTypedInATokenField) {
+    model.appendRecord(candidateWithTechSkills({u"Excel"_s, u"Word"_s}));
+    model.rebuildCatalogues();
+    state.setValues(completeValues());
+    state.setDataExtracted(true);
+    auto other = std::make_unique<ValidationSheetView>(state, model, records, nullptr);
+    other->show();
+    QApplication::setActiveWindow(other.get());
+    QLineEdit* text = input(*other->findChild<TokenField2*>(u"techSkills"_s));
+    text->setFocus();
+    ASSERT_TRUE(text->hasFocus());
+    typeText(*text, u"Word"_s);
+    other.reset();
+    EXPECT_EQ(state.values(), completeValues());
+}
+
+TEST_F(ValidationSheetTest, WhatIsBeingTypedWhenAnotherFieldIsEditedStays) {
+    extract();
+    auto* skills = find<TokenField2>(u"techSkills"_s);
+    typeText(*input(*skills), u"Wor"_s);
+    type(u"name"_s, u"x"_s);
+    EXPECT_EQ(skills->tokenField()->text(), u"Wor"_s);
 }
 
 TEST_F(ValidationSheetTest, NewExtractionReplacesWhatIsShown) {

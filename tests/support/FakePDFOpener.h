@@ -8,6 +8,7 @@
 
 #include <QPointer>
 
+#include <utility>
 #include <vector>
 
 namespace dorvantel::test {
@@ -46,7 +47,9 @@ private:
     };
     void answer(std::size_t opening, const std::shared_ptr<PDFDocument>& document) {
         if (m_openings.at(opening).context) {
-            m_openings.at(opening).completion(document);
+            // Taken out first: a completion may open the next one.
+            const Completion completion = std::exchange(m_openings.at(opening).completion, nullptr);
+            completion(document);
         }
     }
 
