@@ -3,6 +3,7 @@
 #include "app/CandidateListModel.h"
 
 #include "data/Model.h"
+#include "ui/Figures.h"
 
 #include <algorithm>
 
@@ -26,10 +27,10 @@ CandidateListModel::CandidateListModel(const Model& model, QObject* parent)
     });
     connect(&m_model, &Model::recordRemoved, this, [this](qsizetype index) {
         const int row = rowsBeforeCandidates + static_cast<int>(index);
-        m_removing = true;
+        m_removedRow = row;
         beginRemoveRows({}, row, row);
         --m_candidates;
-        m_removing = false;
+        m_removedRow.reset();
         endRemoveRows();
     });
 }
@@ -53,7 +54,14 @@ DBRecordPointer CandidateListModel::record(const QModelIndex& index) const {
     if (!index.isValid() || kind(index) != Kind::Candidate) {
         return nullptr;
     }
-    return m_model.dbRecords()[static_cast<std::size_t>(index.row() - rowsBeforeCandidates)];
+    int at = index.row() - rowsBeforeCandidates;
+    if (m_removedRow && index.row() >= *m_removedRow) {
+        if (index.row() == *m_removedRow) {
+            return nullptr;
+        }
+        --at;
+    }
+    return m_model.dbRecords()[static_cast<std::size_t>(at)];
 }
 
 QModelIndex CandidateListModel::indexOf(const DBRecordPointer& record) const {
@@ -80,8 +88,8 @@ QVariant CandidateListModel::data(const QModelIndex& index, int role) const {
         return candidate ? QVariant(candidate->email) : QVariant();
     case ProfessionRole:
         return candidate ? QVariant(candidate->profession) : QVariant();
-    case GenderRole:
-        return candidate ? QVariant(candidate->jsonCVData.gender) : QVariant();
+    case FigureRole:
+        return candidate ? QVariant(candidateFigure(candidate->jsonCVData.gender)) : QVariant();
     default:
         return {};
     }

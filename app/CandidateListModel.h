@@ -6,6 +6,8 @@
 
 #include <QAbstractListModel>
 
+#include <optional>
+
 namespace dorvantel {
 
 class Model;
@@ -17,7 +19,7 @@ class CandidateListModel : public QAbstractListModel {
 
 public:
     enum class Kind { Search, Header, Candidate };
-    enum Role { KindRole = Qt::UserRole, ProfessionRole, GenderRole };
+    enum Role { KindRole = Qt::UserRole, ProfessionRole, FigureRole };
 
     explicit CandidateListModel(const Model& model, QObject* parent = nullptr);
 
@@ -26,16 +28,17 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
     /// True while views move their current row away from one that goes: what they choose then is nobody's choice.
-    bool isRemoving() const { return m_removing; }
+    bool isRemoving() const { return m_removedRow.has_value(); }
 
     static Kind kind(const QModelIndex& index);
-    DBRecordPointer record(const QModelIndex& index) const;   ///< null for the rows that are no candidate
+    /// Null for the rows that are no candidate, and for the row of a candidate that has just gone.
+    DBRecordPointer record(const QModelIndex& index) const;
     QModelIndex indexOf(const DBRecordPointer& record) const; ///< by identity; invalid when it is not listed
 
 private:
     const Model& m_model;
-    int m_candidates = 0; ///< as announced to the view
-    bool m_removing = false;
+    int m_candidates = 0;            ///< as announced to the view
+    std::optional<int> m_removedRow; ///< while views are told that it goes; the record is not in `Model` any more
 };
 
 } // namespace dorvantel

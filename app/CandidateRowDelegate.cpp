@@ -3,7 +3,6 @@
 #include "app/CandidateRowDelegate.h"
 
 #include "app/CandidateListModel.h"
-#include "ui/Figures.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"
 
@@ -62,39 +61,57 @@ void drawBackground(QPainter* painter, const QStyleOptionViewItem& option) {
                              spacing::cornerRadius);
 }
 
+/// The way to the search screen.
+struct SearchRowUIView {
+    QString label;
+
+    void draw(QPainter* painter, const QRect& content, const Colours& colours) const {
+        constexpr int symbolSize = 16;
+        symbolIcon(u"magnifyingglass"_s, colours.primary)
+            .paint(painter, content.left(), content.center().y() - symbolSize / 2, symbolSize, symbolSize);
+        drawLine(painter, content.adjusted(symbolSize + spacing::small, 0, 0, 0), TextStyle::Body, colours.primary,
+                 label);
+    }
+};
+
+/// A candidate: the figure, and beside it the name over the profession.
+struct CandidateRowUIView {
+    QString figure;
+    QString name;
+    QString profession;
+
+    void draw(QPainter* painter, const QRect& content, const Colours& colours) const {
+        painter->setFont(emojiFont(figurePoints));
+        painter->setPen(colours.primary);
+        painter->drawText(QRect(content.left(), content.top(), figureWidth, content.height()), Qt::AlignCenter, figure);
+        const QRect texts = content.adjusted(figureWidth + spacing::small, 0, 0, 0);
+        const int half = texts.height() / 2;
+        drawLine(painter, texts.adjusted(0, spacing::tight, 0, -half), TextStyle::Headline, colours.primary, name);
+        drawLine(painter, texts.adjusted(0, half, 0, -spacing::tight), TextStyle::Subheadline, colours.secondary,
+                 profession);
+    }
+};
+
 } // namespace
 
 void CandidateRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                                  const QModelIndex& index) const {
     painter->save();
     drawBackground(painter, option);
-    const Colours colours = coloursOf(option);
     const QRect content = option.rect.adjusted(spacing::standard, 0, -spacing::standard, 0);
     const QString text = index.data().toString();
     switch (kindOf(index)) {
-    case Kind::Search: {
-        constexpr int symbolSize = 16;
-        symbolIcon(u"magnifyingglass"_s, colours.primary)
-            .paint(painter, content.left(), content.center().y() - symbolSize / 2, symbolSize, symbolSize);
-        drawLine(painter, content.adjusted(symbolSize + spacing::small, 0, 0, 0), TextStyle::Body, colours.primary,
-                 text);
+    case Kind::Search:
+        SearchRowUIView{text}.draw(painter, content, coloursOf(option));
         break;
-    }
     case Kind::Header:
         drawLine(painter, content, TextStyle::Caption, secondaryTextColour(option.palette), text);
         break;
-    case Kind::Candidate: {
-        painter->setFont(emojiFont(figurePoints));
-        painter->setPen(colours.primary);
-        painter->drawText(QRect(content.left(), content.top(), figureWidth, content.height()), Qt::AlignCenter,
-                          candidateFigure(index.data(CandidateListModel::GenderRole).toString()));
-        const QRect texts = content.adjusted(figureWidth + spacing::small, 0, 0, 0);
-        const int half = texts.height() / 2;
-        drawLine(painter, texts.adjusted(0, spacing::tight, 0, -half), TextStyle::Headline, colours.primary, text);
-        drawLine(painter, texts.adjusted(0, half, 0, -spacing::tight), TextStyle::Subheadline, colours.secondary,
-                 index.data(CandidateListModel::ProfessionRole).toString());
+    case Kind::Candidate:
+        CandidateRowUIView{index.data(CandidateListModel::FigureRole).toString(), text,
+                           index.data(CandidateListModel::ProfessionRole).toString()}
+            .draw(painter, content, coloursOf(option));
         break;
-    }
     }
     painter->restore();
 }

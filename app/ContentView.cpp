@@ -22,6 +22,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -144,7 +145,7 @@ void ContentView::select(const QModelIndex& index) {
 }
 
 void ContentView::selectionChanged() {
-    if (m_listModel->isRemoving()) {
+    if (m_listModel->isRemoving() || m_followsModel) {
         return;
     }
     m_selection = m_listModel->record(selectedIndex());
@@ -157,7 +158,10 @@ void ContentView::selectionChanged() {
 void ContentView::selectedRecordChanged() {
     if (!isSame(m_model.selectedDBRecord(), m_selection)) {
         m_selection = m_model.selectedDBRecord();
-        select(m_listModel->indexOf(m_selection));
+        {
+            const QScopedValueRollback following(m_followsModel, true);
+            select(m_listModel->indexOf(m_selection));
+        }
         showSelection();
     }
 }

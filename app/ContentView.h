@@ -81,6 +81,7 @@ private:
     IntakeState m_intake;
     IntakePipeline m_pipeline;
     DBRecordPointer m_selection;
+    bool m_followsModel = false; ///< while the list is brought in line with the model's selection
     CandidateListModel* m_listModel;
     QListView* m_list = nullptr;
     QStackedWidget* m_detail = nullptr;

@@ -60,7 +60,7 @@ void DropOverlay::setTargeted(bool targeted) {
 }
 
 void DropOverlay::paintEvent(QPaintEvent*) {
-    QPainter(this).fillRect(rect(), QColor(0, 0, 0, 178)); // 70 %
+    QPainter(this).fillRect(rect(), withOpacity(Qt::black, 0.7));
 }
 
 } // namespace dorvantel

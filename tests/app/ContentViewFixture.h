@@ -18,6 +18,7 @@
 #include <QStackedWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThreadPool>
 
 #include <gtest/gtest.h>
 
@@ -86,6 +87,11 @@ protected:
         event.ignore();
         QApplication::sendEvent(&window, &event);
         return event.isAccepted();
+    }
+    /// Every file that was asked for has been read, and who asked has been told.
+    static void waitForLoads() {
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
     }
     void setUrls(const QStringList& paths) {
         QList<QUrl> urls;

@@ -28,8 +28,9 @@ TEST_F(ContentViewTest, ListsTheSearchEntryTheHeaderAndTheCandidatesInOrder) {
     EXPECT_EQ(rows, (QStringList{u"Buscar"_s, u"Candidatos"_s, u"Ana"_s, u"Blas"_s, u"Carla"_s}));
 }
 
-TEST_F(ContentViewTest, SidebarIsAtLeast250Wide) {
-    EXPECT_GE(list->minimumWidth(), 250);
+TEST_F(ContentViewTest, SidebarIs300WideAtFirstAndAtLeast250) {
+    EXPECT_EQ(list->minimumWidth(), 250);
+    EXPECT_EQ(list->maximumWidth(), QWIDGETSIZE_MAX);
     EXPECT_NEAR(list->width(), 300, 10);
 }
 
@@ -144,7 +145,7 @@ TEST_F(ContentViewTest, CandidateDeletedWhileItsPDFIsLoadedIsForgottenSilently) 
 TEST_F(ContentViewTest, CandidateThatWasJustStoredShowsItsCVWithoutNetwork) {
     auto record = candidate(u"Ana"_s, u"ana@example.com"_s);
     record->file = "bytes";
-    record->pdfDocument = std::make_shared<PDFDocument>(*record->file, QStringList{u"Ana"_s});
+    record->keepDocument(std::make_shared<PDFDocument>(*record->file, QStringList{u"Ana"_s}));
     load({record});
     click(row(0));
     EXPECT_EQ(qobject_cast<CandidateDetailUIView*>(detail())->pdfText(), u"Ana"_s);
@@ -165,6 +166,31 @@ TEST_F(ContentViewTest, SelectionOfTheModelReachesTheList) {
     EXPECT_EQ(list->selectionModel()->selectedIndexes().value(0).row(), row(2));
     window.model().setSelectedDBRecord(nullptr);
     EXPECT_FALSE(list->selectionModel()->hasSelection());
+}
+
+TEST_F(ContentViewTest, AnotherObjectOfTheSelectedIdentityChangesNeitherSelectionNorDetail) {
+    loadThree();
+    click(row(1));
+    const QWidget* first = detail();
+    const auto twin = std::make_shared<DBRecordRepresentation>(window.model().dbRecords()[1]->id);
+    window.model().setSelectedDBRecord(twin);
+    EXPECT_EQ(detail(), first);
+    EXPECT_EQ(list->selectionModel()->selectedIndexes().value(0).row(), row(1));
+    list->selectionModel()->clearSelection();
+    window.model().setSelectedDBRecord(twin);
+    list->setCurrentIndex(list->model()->index(row(1), 0));
+    EXPECT_EQ(window.model().selectedDBRecord(), twin);
+}
+
+TEST_F(ContentViewTest, SelectionOfTheModelThatIsNotListedIsShownInDetailAndStays) {
+    loadThree();
+    click(row(1));
+    const auto stranger = candidate(u"Diana"_s, u"diana@example.com"_s);
+    window.model().setSelectedDBRecord(stranger);
+    EXPECT_EQ(window.model().selectedDBRecord(), stranger);
+    EXPECT_FALSE(list->selectionModel()->hasSelection());
+    ASSERT_TRUE(qobject_cast<CandidateDetailUIView*>(detail()));
+    EXPECT_EQ(qobject_cast<CandidateDetailUIView*>(detail())->dbRecord(), stranger);
 }
 
 TEST_F(ContentViewTest, DeleteCommandWithoutSelectionDoesNothing) {
@@ -244,13 +270,6 @@ TEST_F(ContentViewTest, RefreshOnlyLogs) {
     window.findChild<QAction*>(u"refresh"_s)->trigger();
     EXPECT_EQ(output.text(), u"Refresh data\n"_s);
     EXPECT_EQ(records.calls(), (QStringList{u"fetchAll"_s}));
-}
-
-TEST_F(ContentViewTest, FemeninoInLowerCaseShowsTheWomanInItsRow) {
-    auto record = candidate(u"Ana"_s, u"ana@example.com"_s);
-    record->jsonCVData.gender = u"femenino"_s;
-    load({record});
-    EXPECT_EQ(list->model()->index(row(0), 0).data(CandidateListModel::GenderRole).toString(), u"femenino"_s);
 }
 
 } // namespace dorvantel::test

@@ -3,11 +3,17 @@
 #include "app/DropOverlay.h"
 #include "tests/app/ContentViewFixture.h"
 #include "tests/support/CapturedOutput.h"
+#include "tests/support/Drawn.h"
+
+#include "ui/SegmentedControl.h"
+#include "ui/Style.h"
+#include "ui/Symbols.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QThreadPool>
 
 namespace dorvantel::test {
 
@@ -26,6 +32,7 @@ TEST_F(ContentViewTest, TextFileAndFolderAreRefused) {
     EXPECT_FALSE(dragEnter({file(u"cv.txt"_s, "x")}));
     EXPECT_FALSE(drop({file(u"cv.txt"_s, "x")}));
     EXPECT_FALSE(drop({folder.path()}));
+    waitForLoads();
     EXPECT_EQ(pdfs.openings(), 0);
 }
 
@@ -37,8 +44,19 @@ TEST_F(ContentViewTest, DroppedPDFIsProcessedWithItsBytes) {
 }
 
 TEST_F(ContentViewTest, OfSeveralDroppedPDFsOnlyTheFirstIsProcessed) {
+    // The second is looked at after the first, whose sheet would refuse it: so the sheet is left as soon as it comes.
+    QObject::connect(
+        &window.intake(), &IntakeState::sheetIsShowingChanged, &window,
+        [this] {
+            if (sheet()) {
+                QTest::keyClick(sheet(), Qt::Key_Escape);
+            }
+        },
+        Qt::QueuedConnection);
     drop({file(u"one.pdf"_s, "1"), file(u"two.pdf"_s, "2")});
     ASSERT_TRUE(waitUntil([&] { return pdfs.openings() > 0; }));
+    ASSERT_TRUE(waitUntil([&] { return !sheet(); }));
+    waitForLoads();
     EXPECT_EQ(pdfs.openings(), 1);
     EXPECT_EQ(pdfs.bytes(0), "1");
 }
@@ -72,9 +90,7 @@ TEST_F(ContentViewTest, CVThatIsLoadedLateNeverReachesTheSheetOfAnother) {
     const QString other = file(u"other.pdf"_s, "other");
     window.openCV(late);
     window.openCV(other);
-    QThreadPool::globalInstance()->waitForDone();
-    ASSERT_TRUE(waitUntil([&] { return pdfs.openings() > 0; }));
-    QCoreApplication::processEvents();
+    waitForLoads();
     EXPECT_EQ(pdfs.openings(), 1);
 }
 
@@ -92,12 +108,59 @@ TEST_F(ContentViewTest, PDFDroppedOnTheFreeTextIsTheWindows) {
     }
 }
 
+TEST_F(ContentViewTest, PDFDroppedOnACandidatesTextIsTheWindows) {
+    auto record = candidate(u"Ana"_s, u"ana@example.com"_s);
+    record->keepDocument(std::make_shared<PDFDocument>(QByteArray("bytes"), QStringList{u"Ana"_s}));
+    load({record});
+    click(row(0));
+    auto* tags = detail()->findChild<SegmentedControl*>(u"mainTagType"_s);
+    for (int tab = 1; tab < 4; ++tab) {
+        tags->setCurrentIndex(tab);
+    }
+    const auto texts = detail()->findChildren<QPlainTextEdit*>();
+    EXPECT_EQ(texts.size(), 3);
+    for (const QPlainTextEdit* text : texts) {
+        EXPECT_FALSE(text->acceptDrops());
+        EXPECT_FALSE(text->viewport()->acceptDrops());
+    }
+}
+
+TEST_F(ContentViewTest, OverlayShowsThePlusAboveTheTextInWhiteOnDarkenedWindow) {
+    auto* overlay = window.findChild<DropOverlay*>(u"dropOverlay"_s);
+    dragEnter({file(u"cv.pdf"_s, "x")});
+    const auto* text = overlay->findChild<QLabel*>();
+    EXPECT_EQ(text->text(), u"Deposita el currículum aquí..."_s);
+    EXPECT_EQ(text->font().pixelSize(), textFont(TextStyle::LargeTitle).pixelSize());
+    EXPECT_EQ(text->font().weight(), QFont::Black);
+    EXPECT_EQ(text->palette().color(QPalette::WindowText), QColor(Qt::white));
+    EXPECT_LE(text->width(), 250);
+    auto* symbol = overlay->findChild<SymbolView*>();
+    EXPECT_EQ(symbol->size(), QSize(60, 60));
+    ASSERT_TRUE(waitUntil([&] { return text->y() > 0; }));
+    EXPECT_EQ(text->y() - symbol->geometry().bottom() - 1, 8);
+    EXPECT_NEAR(symbol->geometry().center().x(), overlay->width() / 2, 1);
+    EXPECT_NEAR((symbol->y() + text->geometry().bottom()) / 2, overlay->height() / 2, 1);
+    SymbolView expected(u"plus.circle.fill"_s, Qt::white, 60);
+    EXPECT_EQ(drawn(*symbol, {60, 60}, Qt::black), drawn(expected, {60, 60}, Qt::black));
+}
+
+TEST_F(ContentViewTest, OverlayDarkensTheWindowBySeventyPercent) {
+    DropOverlay overlay(nullptr);
+    overlay.resize(20, 20);
+    QImage image(overlay.size(), QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    overlay.setGraphicsEffect(nullptr); // at the end of its fading in
+    overlay.render(&image, {}, {}, {});
+    EXPECT_EQ(image.pixelColor(1, 1), QColor(0, 0, 0, 179));
+}
+
 TEST_F(ContentViewTest, NothingIsDroppedWhileTheSheetIsOpen) {
     drop({file(u"cv.pdf"_s, "bytes")});
     ASSERT_TRUE(waitUntil([&] { return sheet() != nullptr; }));
     EXPECT_FALSE(dragEnter({file(u"other.pdf"_s, "other")}));
     EXPECT_FALSE(drop({file(u"other.pdf"_s, "other")}));
     window.openCV(file(u"other.pdf"_s, "other"));
+    waitForLoads();
     EXPECT_EQ(pdfs.openings(), 1);
 }
 
