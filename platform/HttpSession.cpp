@@ -134,16 +134,46 @@ HttpOutcome outcome(const QNetworkReply& reply, QByteArray body) {
 
 } // namespace
 
-NetworkHttpSession::NetworkHttpSession()
-    : m_manager(std::make_unique<QNetworkAccessManager>()) {}
+NetworkHttpSession::NetworkHttpSession() = default;
 
 NetworkHttpSession::~NetworkHttpSession() = default;
 
+/// A manager opens six connections to a host and keeps further requests waiting, their time-out running. A few requests
+/// that are never answered would then take all others with them, so a request goes where a connection is free.
+NetworkHttpSession::Lane& NetworkHttpSession::laneTo(const QString& place) {
+    constexpr int connectionsPerManager = 6;
+    constexpr std::size_t mostLanes = 32; // each has a thread, and each connection a file descriptor
+    const auto open = [&place](const std::unique_ptr<Lane>& lane) { return lane->open.value(place); };
+    const auto free = std::ranges::find_if(m_lanes, [](int count) { return count < connectionsPerManager; }, open);
+    if (free != m_lanes.end()) {
+        return **free;
+    }
+    if (m_lanes.size() == mostLanes) {
+        return **std::ranges::min_element(m_lanes, {}, open);
+    }
+    m_lanes.push_back(std::make_unique<Lane>(std::make_unique<QNetworkAccessManager>()));
+    return *m_lanes.back();
+}
+
+void NetworkHttpSession::leave(Lane& lane, const QString& place) {
+    if (--lane.open[place] == 0) {
+        lane.open.remove(place);
+    }
+    if (lane.open.isEmpty() && &lane != m_lanes.front().get()) {
+        lane.manager.release()->deleteLater(); // the reply that has just ended is a part of it
+        std::erase_if(m_lanes, [&lane](const std::unique_ptr<Lane>& other) { return other.get() == &lane; });
+    }
+}
+
 void NetworkHttpSession::send(const HttpRequest& request, QObject* context,
                               std::function<void(HttpOutcome)> completion) {
-    QNetworkReply* reply = start(*m_manager, request);
+    const QString place = request.url.authority();
+    Lane& lane = laneTo(place);
+    ++lane.open[place];
+    QNetworkReply* reply = start(*lane.manager, request);
     auto body = std::make_shared<BodyCollector>();
     QObject::connect(reply, &QIODevice::readyRead, reply, [reply, body] { body->read(*reply); });
+    QObject::connect(reply, &QNetworkReply::finished, reply, [this, &lane, place] { leave(lane, place); });
     QObject::connect(reply, &QNetworkReply::finished, context, [reply, body, completion = std::move(completion)] {
         reply->deleteLater();
         body->read(*reply);

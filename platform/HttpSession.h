@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QObject>
 #include <QString>
 #include <QUrl>
@@ -12,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 class QNetworkAccessManager;
 
@@ -49,7 +51,8 @@ public:
 };
 
 /// The session that the program uses: connections are shared by all its users, and redirects are followed unless a body
-/// would have to be sent again for them: a body is sent once, whatever happens.
+/// would have to be sent again for them: a body is sent once, whatever happens. Nearly two hundred requests to one host
+/// are under way at once; only beyond that does one wait for another, with its time-out running.
 class NetworkHttpSession final : public HttpSession {
 public:
     NetworkHttpSession();
@@ -58,7 +61,15 @@ public:
     void send(const HttpRequest& request, QObject* context, std::function<void(HttpOutcome)> completion) override;
 
 private:
-    std::unique_ptr<QNetworkAccessManager> m_manager;
+    /// A manager with the number of its unfinished requests to each host and port.
+    struct Lane {
+        std::unique_ptr<QNetworkAccessManager> manager;
+        QHash<QString, int> open;
+    };
+    Lane& laneTo(const QString& place);
+    void leave(Lane& lane, const QString& place);
+
+    std::vector<std::unique_ptr<Lane>> m_lanes; ///< the first one stays, the others go when they have nothing to do
 };
 
 } // namespace dorvantel

@@ -53,7 +53,7 @@ TEST_F(FetchAvailableModels, AddressWithATrailingSlashGivesADoubleSlash) {
     EXPECT_EQ(service->availableModels().size(), 3);
 }
 
-TEST_F(FetchAvailableModels, AllModelsAreAskedAboutAtOnce) {
+TEST_F(FetchAvailableModels, NothingIsPublishedWhileQuestionsAreOpen) {
     ScriptedServer server(listing([](const QByteArray&) { return ScriptedReply{.body = "{}", .held = true}; }));
     settings.setOllamaURL(server.url());
     service->fetchAvailableModels();

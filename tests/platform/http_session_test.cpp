@@ -24,15 +24,19 @@ using test::ScriptedReply;
 using test::ScriptedServer;
 using test::waitUntil;
 
+HttpRequest requestTo(const QString& url) {
+    HttpRequest request;
+    request.url = QUrl(url);
+    return request;
+}
+
 struct NetworkHttpSessionTest : testing::Test {
     NetworkHttpSession session;
     std::unique_ptr<QObject> context = std::make_unique<QObject>();
     std::optional<HttpOutcome> outcome;
 
     void get(const QString& url) {
-        HttpRequest request;
-        request.url = QUrl(url);
-        session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
+        session.send(requestTo(url), context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
     }
 };
 
@@ -254,6 +258,77 @@ TEST_F(NetworkHttpSessionTest, ContentTypeIsSentWithEveryMethodAndBodiesWithPost
     EXPECT_EQ(server.requests()[0].method, "GET");
     EXPECT_EQ(server.requests()[1].method, "POST");
     EXPECT_EQ(server.requests()[2].method, "DELETE");
+}
+
+TEST_F(NetworkHttpSessionTest, MoreThanSixRequestsToOneHostAreUnderWayAtOnce) {
+    ScriptedServer server(ScriptedReply{.body = "x", .held = true});
+    constexpr int requests = 60;
+    int answered = 0;
+    for (int i = 0; i < requests; ++i) {
+        session.send(requestTo(server.url()), context.get(), [&](const HttpOutcome& received) {
+            EXPECT_TRUE(received);
+            ++answered;
+        });
+    }
+    ASSERT_TRUE(waitUntil([&] { return server.heldCount() == requests; })) << server.heldCount();
+    while (server.release()) {
+    }
+    EXPECT_TRUE(waitUntil([&] { return answered == requests; }));
+    // Of the managers that this took, one stays, with its connections.
+    EXPECT_TRUE(waitUntil([&] { return server.openConnections() <= 6; })) << server.openConnections();
+}
+
+TEST_F(NetworkHttpSessionTest, RequestIsNotHeldUpByOthersThatStall) {
+    ScriptedServer server([](const test::ScriptedRequest& request) {
+        return ScriptedReply{.body = "x",
+                             .way = request.target == "/stall" ? ScriptedReply::Way::Stall : ScriptedReply::Way::Whole};
+    });
+    for (int i = 0; i < 20; ++i) {
+        get(server.url() + u"/stall"_s);
+    }
+    ASSERT_TRUE(waitUntil([&] { return server.requests().size() == 20; }));
+    get(server.url());
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    EXPECT_TRUE(outcome->has_value());
+    context.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(waitUntil([&] { return server.openConnections() <= 1; }));
+}
+
+TEST_F(NetworkHttpSessionTest, RequestsOneAfterAnotherShareAConnection) {
+    ScriptedServer server(ScriptedReply{.body = "x"});
+    for (int i = 0; i < 3; ++i) {
+        outcome.reset();
+        get(server.url());
+        ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    }
+    EXPECT_EQ(server.requests().size(), 3);
+    EXPECT_EQ(server.openConnections(), 1);
+}
+
+TEST_F(NetworkHttpSessionTest, ThousandRequestsAtOnceAllGetTheirAnswer) {
+    ScriptedServer server(ScriptedReply{.body = "x"});
+    int answered = 0;
+    for (int i = 0; i < 1000; ++i) {
+        session.send(requestTo(server.url()), context.get(), [&](const HttpOutcome& received) {
+            EXPECT_TRUE(received) << qPrintable(received.error().description);
+            ++answered;
+        });
+    }
+    EXPECT_TRUE(waitUntil([&] { return answered == 1000; })) << answered;
+}
+
+TEST(NetworkHttpSession, MayGoWithRequestsUnderWay) {
+    ScriptedServer server(ScriptedReply{.way = ScriptedReply::Way::Stall});
+    QObject context;
+    {
+        NetworkHttpSession session;
+        for (int i = 0; i < 20; ++i) {
+            session.send(requestTo(server.url()), &context, [](const HttpOutcome&) { ADD_FAILURE(); });
+        }
+        ASSERT_TRUE(waitUntil([&] { return server.requests().size() == 20; }));
+    }
+    EXPECT_TRUE(waitUntil([&] { return server.openConnections() == 0; }));
 }
 
 TEST_F(NetworkHttpSessionTest, LargeBodyArrivesWhole) {
