@@ -28,7 +28,12 @@ AppSettings::~AppSettings() = default;
 
 AppSettings& AppSettings::shared() {
     // Never destroyed: QSettings must not outlive the application's own statics, and every change is stored already.
-    static auto* const instance = new AppSettings(std::make_unique<QSettings>(u"Dorvantel"_s, u"Dorvantel"_s));
+    static auto* const instance = [] {
+        auto store = std::make_unique<QSettings>(u"Dorvantel"_s, u"Dorvantel"_s);
+        // A key that was removed must not come back from the defaults of the machine.
+        store->setFallbacksEnabled(false);
+        return new AppSettings(std::move(store));
+    }();
     return *instance;
 }
 
@@ -78,6 +83,9 @@ void AppSettings::persist(const QString& key, const std::optional<QString>& valu
         m_store->remove(key);
     }
     m_store->sync();
+    if (m_store->status() == QSettings::AccessError && !std::exchange(m_warned, true)) {
+        qWarning("The settings cannot be written to %s", qUtf8Printable(m_store->fileName()));
+    }
 }
 
 } // namespace dorvantel

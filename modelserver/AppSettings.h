@@ -13,7 +13,8 @@ class QSettings;
 namespace dorvantel {
 
 /// Which model server and which two models the program works with. Lives on the UI thread. Every change is in the
-/// settings file before the setter returns, so that another process reads it; nothing is checked here.
+/// settings file before the setter returns, so that another process reads it; when that fails, a line on standard
+/// error says so once, and the value holds until the process ends. Nothing is checked here.
 class AppSettings : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString ollamaURL READ ollamaURL WRITE setOllamaURL NOTIFY ollamaURLChanged)
@@ -56,6 +57,7 @@ private:
                   void (AppSettings::*changed)());
 
     std::unique_ptr<QSettings> m_store;
+    bool m_warned = false;
     QString m_ollamaURL;
     std::optional<QString> m_selectedLLMModel;
     std::optional<QString> m_selectedEmbeddingModel;

@@ -16,10 +16,7 @@ CapabilityBadge::CapabilityBadge(const QString& text, const QColor& color, QWidg
     setContentsMargins(6, 2, 6, 2);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     QPalette colours = palette();
-    // The colours are made for light backgrounds; on a dark one a word needs more light in the same hue.
-    const bool onDark = colours.color(QPalette::Window).lightness() < 128;
-    colours.setColor(QPalette::WindowText,
-                     onDark ? QColor::fromHsl(color.hslHue(), color.hslSaturation(), 190) : color);
+    colours.setColor(QPalette::WindowText, readableColour(color, colours));
     setPalette(colours);
 }
 

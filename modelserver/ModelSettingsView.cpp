@@ -48,7 +48,7 @@ MarkedRow* headlineRow(const QString& symbol, QRgb colour, const QString& text) 
 ModelSettingsView::ModelSettingsView(AppSettings& settings, HttpSession& session, QWidget* parent)
     : QWidget(parent)
     , m_settings(settings)
-    , m_service(session, settings)
+    , m_ollamaService(session, settings)
     , m_loading(headlineRow(u"arrow.clockwise"_s, colours::blue, u"Loading models..."_s))
     , m_loaded(headlineRow(doneSymbol, colours::green, u"Models loaded"_s))
     , m_modelError(new MarkedRow(warningSymbol, colours::orange, secondaryLabel({}, TextStyle::Caption)))
@@ -120,13 +120,13 @@ QWidget* ModelSettingsView::statusSection() {
 }
 
 void ModelSettingsView::connectParts() {
-    connect(&m_service, &OllamaService::availableModelsChanged, this, &ModelSettingsView::showModels);
-    connect(&m_service, &OllamaService::isLoadingModelsChanged, this, &ModelSettingsView::showLoading);
-    connect(&m_service, &OllamaService::modelErrorChanged, this, &ModelSettingsView::showLoading);
+    connect(&m_ollamaService, &OllamaService::availableModelsChanged, this, &ModelSettingsView::showModels);
+    connect(&m_ollamaService, &OllamaService::isLoadingModelsChanged, this, &ModelSettingsView::showLoading);
+    connect(&m_ollamaService, &OllamaService::modelErrorChanged, this, &ModelSettingsView::showLoading);
     connect(&m_settings, &AppSettings::bothModelsChosenChanged, this, &ModelSettingsView::showStatus);
     connect(m_embedding, &ModelChoice::selectionChanged, this, &ModelSettingsView::showSaveable);
     connect(m_language, &ModelChoice::selectionChanged, this, &ModelSettingsView::showSaveable);
-    connect(m_refresh, &QPushButton::clicked, &m_service, &OllamaService::fetchAvailableModels);
+    connect(m_refresh, &QPushButton::clicked, &m_ollamaService, &OllamaService::fetchAvailableModels);
     connect(m_save, &QPushButton::clicked, this, &ModelSettingsView::save);
 }
 
@@ -134,31 +134,45 @@ void ModelSettingsView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (!event->spontaneous()) {
         appear();
+        showLoading();
     }
+}
+
+void ModelSettingsView::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    showLoading(); // nothing turns where nobody sees it
+}
+
+const std::optional<QString>& ModelSettingsView::selectedEmbeddingModel() const {
+    return m_embedding->selection();
+}
+
+const std::optional<QString>& ModelSettingsView::selectedLLMModel() const {
+    return m_language->selection();
 }
 
 void ModelSettingsView::appear() {
     m_embedding->setSelection(m_settings.selectedEmbeddingModel());
     m_language->setSelection(m_settings.selectedLLMModel());
-    m_service.fetchAvailableModels();
+    m_ollamaService.fetchAvailableModels();
 }
 
 void ModelSettingsView::showLoading() {
-    const bool loading = m_service.isLoadingModels();
+    const bool loading = m_ollamaService.isLoadingModels();
     m_loading->setVisible(loading);
     m_loaded->setVisible(!loading);
-    if (loading) {
+    if (loading && isVisible()) {
         m_turning->start();
     } else {
         m_turning->stop();
     }
-    m_modelError->setText(m_service.modelError().value_or(QString()));
-    m_modelError->setVisible(m_service.modelError().has_value());
+    m_modelError->setText(m_ollamaService.modelError().value_or(QString()));
+    m_modelError->setVisible(m_ollamaService.modelError().has_value());
 }
 
 void ModelSettingsView::showModels() {
-    m_embedding->setCandidates(embeddingCandidates(m_service.availableModels()));
-    m_language->setCandidates(languageModelCandidates(m_service.availableModels()));
+    m_embedding->setCandidates(embeddingCandidates(m_ollamaService.availableModels()));
+    m_language->setCandidates(languageModelCandidates(m_ollamaService.availableModels()));
 }
 
 void ModelSettingsView::showStatus() {
@@ -167,12 +181,12 @@ void ModelSettingsView::showStatus() {
 }
 
 void ModelSettingsView::showSaveable() {
-    m_save->setEnabled(m_embedding->selection() && m_language->selection());
+    m_save->setEnabled(selectedEmbeddingModel() && selectedLLMModel());
 }
 
 void ModelSettingsView::save() {
-    m_settings.setSelectedEmbeddingModel(m_embedding->selection());
-    m_settings.setSelectedLLMModel(m_language->selection());
+    m_settings.setSelectedEmbeddingModel(selectedEmbeddingModel());
+    m_settings.setSelectedLLMModel(selectedLLMModel());
 }
 
 } // namespace dorvantel

@@ -24,8 +24,13 @@ class ModelSettingsView : public QWidget {
 public:
     ModelSettingsView(AppSettings& settings, HttpSession& session, QWidget* parent = nullptr);
 
+    /// What the pickers say, saved or not.
+    const std::optional<QString>& selectedEmbeddingModel() const;
+    const std::optional<QString>& selectedLLMModel() const;
+
 protected:
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     QWidget* loadingSection();
@@ -39,7 +44,7 @@ private:
     void save();
 
     AppSettings& m_settings;
-    OllamaService m_service;
+    OllamaService m_ollamaService;
     MarkedRow* m_loading;
     MarkedRow* m_loaded;
     MarkedRow* m_modelError;

@@ -35,7 +35,7 @@ private:
     QWidget* addressRow();
     QWidget* examples();
     void save();
-    void showOutcome(const std::optional<QString>& error, bool saved);
+    void showOutcome(const std::optional<QString>& errorMessage, bool showingSaveConfirmation);
 
     AppSettings& m_settings;
     RunLater m_runLater;

@@ -28,7 +28,7 @@ QLabel* secondaryLabel(const QString& text, TextStyle style, QWidget* parent) {
 
 MarkedRow::MarkedRow(const QString& symbol, const QColor& colour, QLabel* label, QWidget* parent)
     : QWidget(parent)
-    , m_symbol(new SymbolView(symbol, colour, 16))
+    , m_symbol(new SymbolView(symbol, readableColour(colour, palette()), 16))
     , m_label(label) {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

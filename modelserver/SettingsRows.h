@@ -32,6 +32,7 @@ public:
     MarkedRow(const QString& symbol, const QColor& colour, QLabel* label, QWidget* parent = nullptr);
 
     SymbolView& symbol() { return *m_symbol; }
+    const QLabel& label() const { return *m_label; }
     QString text() const { return m_label->text(); }
     void setText(const QString& text) { m_label->setText(text); }
 

@@ -62,6 +62,8 @@ struct OllamaModelsResponse {
 
 struct OllamaShowRequest {
     QString name;
+
+    bool operator==(const OllamaShowRequest&) const = default;
 };
 
 struct ModelShowDetails {
@@ -94,6 +96,8 @@ struct OllamaOptions {
     std::optional<double> temperature;
     std::optional<double> topP;
     std::optional<qint64> topK;
+
+    bool operator==(const OllamaOptions&) const = default;
 };
 
 struct OllamaChatRequest {
@@ -101,6 +105,8 @@ struct OllamaChatRequest {
     QList<OllamaChatMessage> messages;
     bool stream = false;
     std::optional<OllamaOptions> options;
+
+    bool operator==(const OllamaChatRequest&) const = default;
 };
 
 struct OllamaChatResponse {
@@ -115,6 +121,8 @@ struct OllamaChatResponse {
 struct OllamaEmbeddingRequest {
     QString model;
     QString input; ///< one text
+
+    bool operator==(const OllamaEmbeddingRequest&) const = default;
 };
 
 struct OllamaEmbeddingResponse {

@@ -107,6 +107,11 @@ QColor secondaryTextColour(const QPalette& palette) {
     return isDark(palette) ? QColor(0xff, 0xff, 0xff, 170) : QColor(colours::secondaryText);
 }
 
+QColor readableColour(const QColor& colour, const QPalette& palette) {
+    constexpr int light = 190;
+    return isDark(palette) ? QColor::fromHsl(colour.hslHue(), colour.hslSaturation(), light) : colour;
+}
+
 QColor withOpacity(QColor colour, qreal opacity) {
     colour.setAlphaF(static_cast<float>(static_cast<qreal>(colour.alphaF()) * opacity));
     return colour;

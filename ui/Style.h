@@ -40,6 +40,9 @@ inline constexpr QRgb border = 0xffc9ced6; ///< light: frames of controls
 /// The secondary text colour that is readable on the background of this palette.
 QColor secondaryTextColour(const QPalette& palette);
 
+/// One of `colours`, or on a dark palette the light colour of the same hue: readable on either.
+QColor readableColour(const QColor& colour, const QPalette& palette);
+
 /// `colour` with the given share of its opacity, from 0 to 1.
 QColor withOpacity(QColor colour, qreal opacity);
 

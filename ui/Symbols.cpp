@@ -138,11 +138,12 @@ QIcon applicationIcon() {
 }
 
 SymbolView::SymbolView(const QString& name, const QColor& colour, int points, QWidget* parent)
-    : SymbolView(File{symbolPath(name)}, colour, points, parent) {}
+    : SymbolView(File{symbolPath(name), name}, colour, points, parent) {}
 
 SymbolView::SymbolView(const File& file, const QColor& colour, int points, QWidget* parent)
     : QWidget(parent)
     , m_drawing(std::make_unique<QSvgRenderer>(file.path))
+    , m_name(file.symbol)
     , m_colour(colour)
     , m_points(points) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -152,7 +153,7 @@ SymbolView::SymbolView(const File& file, const QColor& colour, int points, QWidg
 SymbolView::~SymbolView() = default;
 
 SymbolView* SymbolView::ostrelLogo(const QColor& colour, int points, QWidget* parent) {
-    return new SymbolView(File{imagePath(u"Ostrel"_s)}, colour, points, parent);
+    return new SymbolView(File{imagePath(u"Ostrel"_s), {}}, colour, points, parent);
 }
 
 void SymbolView::setShown(bool shown) {

@@ -40,6 +40,10 @@ public:
     SymbolView(const QString& name, const QColor& colour, int points, QWidget* parent = nullptr);
     ~SymbolView() override;
 
+    /// The symbol's name; empty for the logo.
+    const QString& name() const { return m_name; }
+    const QColor& colour() const { return m_colour; }
+
     /// The maker's logo, tinted.
     static SymbolView* ostrelLogo(const QColor& colour, int points, QWidget* parent = nullptr);
 
@@ -58,10 +62,12 @@ protected:
 private:
     struct File {
         QString path;
+        QString symbol;
     };
     SymbolView(const File& file, const QColor& colour, int points, QWidget* parent);
 
     std::unique_ptr<QSvgRenderer> m_drawing;
+    QString m_name;
     QColor m_colour;
     int m_points;
     bool m_shown = true;
