@@ -16,6 +16,7 @@ using namespace Qt::StringLiterals;
 void prepareApplication(QApplication& application) {
     QApplication::setOrganizationName(u"Dorvantel"_s);
     QApplication::setApplicationName(u"Dorvantel"_s);
+    QApplication::setApplicationVersion(QStringLiteral(DORVANTEL_VERSION));
     QApplication::setDesktopFileName(u"dorvantel"_s);
     QApplication::setWindowIcon(applicationIcon());
     QLocale::setDefault(QLocale(QLocale::Spanish));

@@ -44,7 +44,8 @@ QMessageBox* makeAlert(const QString& objectName, const QString& title, const QS
     alert->setWindowModality(Qt::WindowModal);
     alert->setTextFormat(Qt::PlainText); // a name is not markup
     alert->setIconPixmap(
-        symbolIcon(u"exclamationmark.triangle.fill"_s, QColor(colours::orange)).pixmap(iconSize, iconSize));
+        symbolIcon(u"exclamationmark.triangle.fill"_s, readableColour(colours::orange, alert->palette()))
+            .pixmap(iconSize, iconSize));
     return alert;
 }
 
@@ -110,7 +111,9 @@ void ContentView::makeMenus() {
                                         &ContentView::settingsRequested);
     settings->setObjectName(u"settings"_s);
     file->addSeparator();
-    file->addAction(u"&Salir"_s, QKeySequence::Quit, this, &QWidget::close);
+    // Not the standard key that Qt knows: there is none on desktops without a theme of their own.
+    QAction* quit = file->addAction(u"&Salir"_s, QKeySequence(Qt::CTRL | Qt::Key_Q), this, &QWidget::close);
+    quit->setObjectName(u"quit"_s);
 
     QMenu* edit = menuBar()->addMenu(u"&Edición"_s);
     // The key belongs to the list: in a text field it deletes text.

@@ -46,13 +46,11 @@ QString cvFromCommandLine(const QCoreApplication& application) {
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    QApplication::setApplicationVersion(QStringLiteral(DORVANTEL_VERSION));
     prepareApplication(application);
     const QString cv = cvFromCommandLine(application);
 
     DorvantelApp program(AppSettings::shared(), QStringLiteral(DORVANTEL_RECORDS_BASE_URL));
     ContentView& window = program.window();
-    window.resize(1100, 720);
     window.show();
     if (!cv.isEmpty()) {
         window.openCV(cv);

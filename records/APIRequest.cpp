@@ -9,6 +9,7 @@
 #include "records/Responses.h"
 #include "records/WireRecords.h"
 
+#include <QEventLoopLocker>
 #include <QUrl>
 #include <QtConcurrent/QtConcurrentRun>
 
@@ -172,7 +173,8 @@ void APIRequest::insertResume(const DBRecordRepresentation& record, Completion<D
     logLine(u"📤 Attempting to insert resume for "_s + sent.email + u" to "_s + m_baseUrl);
     const QUrl url = trustedUrl(m_baseUrl);
 
-    const auto received = [this, email = sent.email, completion](HttpOutcome outcome) {
+    const auto untilAnswered = std::make_shared<QEventLoopLocker>();
+    const auto received = [this, untilAnswered, email = sent.email, completion](HttpOutcome outcome) {
         auto body = checkedBody(std::move(outcome), insertRules());
         if (!body) {
             completion(std::unexpected(body.error()));
@@ -208,10 +210,12 @@ void APIRequest::deleteResume(const QString& key) {
         logLine(u"Failure! Record could not be deleted"_s);
         return;
     }
-    m_session.send(request(HttpRequest::Method::Delete, url, *body), &m_context, [](const HttpOutcome& outcome) {
+    const auto untilAnswered = std::make_shared<QEventLoopLocker>();
+    const auto received = [untilAnswered](const HttpOutcome& outcome) {
         const bool isDeleted = outcome && outcome->statusCode == 204;
         logLine(isDeleted ? u"Resume deleted successfully from database"_s : u"Failure! Record could not be deleted"_s);
-    });
+    };
+    m_session.send(request(HttpRequest::Method::Delete, url, *body), &m_context, received);
 }
 
 void APIRequest::search(const QString& sql, Completion<std::shared_ptr<IdentifiableSearchResponse>> completion) {

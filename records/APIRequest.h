@@ -14,8 +14,10 @@ namespace dorvantel {
 /// between calls: nothing is retried, queued or stored. Each step of a call is one line of the log. Large bodies are
 /// written and read on the global thread pool.
 ///
-/// When it is destroyed, the calls under way are given up and their completions never called. The session must outlive
-/// it. A base URL that does not parse stops the program: it is a constant of the build.
+/// An insert or a delete under way keeps the application's event loop from ending with its last window: what the user
+/// has confirmed reaches the service although the window is closed at once. When the object is destroyed, the calls
+/// under way are given up and their completions never called. The session must outlive it. A base URL that does not
+/// parse stops the program: it is a constant of the build.
 class APIRequest final : public RecordsService {
 public:
     explicit APIRequest(HttpSession& session, QString baseUrl = defaultBaseUrl());
