@@ -1,6 +1,5 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "app/Application.h"
 #include "tests/app/DorvantelAppFixture.h"
 
 #include <QAction>
@@ -111,11 +110,6 @@ TEST_F(DorvantelAppTest, AboutOpensOnceAndClosesWithEscapeAndOpensAgain) {
 }
 
 TEST(Application, VersionIsTheProjects) {
-    prepareApplication(*qApp);
-    EXPECT_EQ(QApplication::applicationVersion(), QStringLiteral(DORVANTEL_VERSION));
-}
-
-TEST(Application, VersionIsToldOnTheCommandLine) {
     QProcess program;
     program.start(QStringLiteral(DORVANTEL_BIN_DIR "/dorvantel"), {u"--version"_s});
     ASSERT_TRUE(waitUntil([&] { return program.state() == QProcess::NotRunning; }, 30'000));
