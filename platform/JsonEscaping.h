@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/JsonBlocks.h"
+
+#include <bit>
 #include <string_view>
 
 namespace dorvantel {
@@ -34,6 +37,20 @@ constexpr std::string_view jsonEscape(char character) {
     return controls.substr(static_cast<std::size_t>(character) * 6, 6);
 }
 
+/// Where the first character that needs an escape stands at or behind `from`; the size when there is none.
+inline std::size_t findJsonEscape(std::string_view utf8, std::size_t from) {
+    constexpr auto blockSize = static_cast<std::size_t>(JsonBlock::size);
+    for (; from + blockSize <= utf8.size(); from += blockSize) {
+        if (const std::uint64_t special = JsonBlock(utf8.data() + from).special(); special != 0) {
+            return from + static_cast<std::size_t>(std::countr_zero(special));
+        }
+    }
+    while (from < utf8.size() && !needsJsonEscape(utf8[from])) {
+        ++from;
+    }
+    return from;
+}
+
 /// Appends `utf8` as a JSON string, quotes included, to a `std::string` or a `QByteArray`: only what JSON demands is
 /// escaped, everything else is copied in runs. Any thread.
 template <typename Bytes>
@@ -43,12 +60,10 @@ void appendJsonString(Bytes& out, std::string_view utf8) {
     };
     append("\"");
     std::size_t plainFrom = 0;
-    for (std::size_t i = 0; i < utf8.size(); ++i) {
-        if (needsJsonEscape(utf8[i])) {
-            append(utf8.substr(plainFrom, i - plainFrom));
-            append(jsonEscape(utf8[i]));
-            plainFrom = i + 1;
-        }
+    for (std::size_t i = findJsonEscape(utf8, 0); i < utf8.size(); i = findJsonEscape(utf8, plainFrom)) {
+        append(utf8.substr(plainFrom, i - plainFrom));
+        append(jsonEscape(utf8[i]));
+        plainFrom = i + 1;
     }
     append(utf8.substr(plainFrom));
     append("\"");

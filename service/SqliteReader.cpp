@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "service/SqliteReader.h"
 
+#include <algorithm>
+
 namespace dorvantel::service {
 
 namespace {
@@ -99,7 +101,7 @@ SqliteReaderPool::Lease SqliteReaderPool::take() {
 Matches::Matches(SqliteReader& reader, std::vector<Predicate> predicates)
     : m_predicates(std::move(predicates)) {
     for (std::size_t i = 0; i < m_predicates.size(); ++i) {
-        m_cursors.push_back({&reader.trait(i), std::nullopt});
+        m_cursors.push_back({&m_predicates[i], &reader.trait(i), std::nullopt});
     }
 }
 
@@ -109,8 +111,7 @@ Matches::~Matches() {
     }
 }
 
-bool Matches::seek(std::size_t index, std::int64_t atLeast) {
-    Cursor& cursor = m_cursors[index];
+bool Matches::seek(Cursor& cursor, std::int64_t atLeast) {
     for (int steps = 0; cursor.current && *cursor.current < atLeast && steps < stepsBeforeSeek; ++steps) {
         if (!cursor.statement->step()) {
             return false;
@@ -118,10 +119,9 @@ bool Matches::seek(std::size_t index, std::int64_t atLeast) {
         cursor.current = cursor.statement->number(0);
     }
     if (!cursor.current || *cursor.current < atLeast) {
-        const Predicate& predicate = m_predicates[index];
         cursor.statement->reset();
-        cursor.statement->bind(0, static_cast<std::int64_t>(predicate.trait));
-        cursor.statement->bind(1, std::string_view(predicate.value));
+        cursor.statement->bind(0, static_cast<std::int64_t>(cursor.predicate->trait));
+        cursor.statement->bind(1, std::string_view(cursor.predicate->value));
         cursor.statement->bind(2, atLeast);
         if (!cursor.statement->step()) {
             return false;
@@ -133,13 +133,21 @@ bool Matches::seek(std::size_t index, std::int64_t atLeast) {
 
 std::optional<std::int64_t> Matches::next() {
     std::int64_t candidate = m_next;
-    std::size_t agreeing = 0;
-    for (std::size_t i = 0; agreeing < m_cursors.size(); i = (i + 1) % m_cursors.size()) {
-        if (!seek(i, candidate)) {
+    for (std::size_t agreeing = 0; agreeing < m_cursors.size();) {
+        Cursor& cursor = m_cursors[agreeing];
+        if (!seek(cursor, candidate)) {
             return std::nullopt;
         }
-        agreeing = *m_cursors[i].current == candidate ? agreeing + 1 : 1;
-        candidate = *m_cursors[i].current;
+        if (*cursor.current == candidate) {
+            ++agreeing;
+            continue;
+        }
+        // Whoever leaps ahead is asked first from here on. So the rare conditions come to the front, and those that
+        // hold for many are only asked where the rare ones agree.
+        candidate = *cursor.current;
+        std::rotate(m_cursors.begin(), m_cursors.begin() + static_cast<std::ptrdiff_t>(agreeing),
+                    m_cursors.begin() + static_cast<std::ptrdiff_t>(agreeing) + 1);
+        agreeing = 1;
     }
     m_next = candidate + 1;
     return candidate;

@@ -88,10 +88,11 @@ public:
 
 private:
     struct Cursor {
+        const Predicate* predicate;
         SqliteStatement* statement;
         std::optional<std::int64_t> current;
     };
-    bool seek(std::size_t index, std::int64_t atLeast);
+    static bool seek(Cursor& cursor, std::int64_t atLeast);
 
     std::vector<Predicate> m_predicates;
     std::vector<Cursor> m_cursors;

@@ -122,10 +122,6 @@ bool SqliteWriter::putVector(std::int64_t id, std::string_view model, std::span<
     return isKnown;
 }
 
-void SqliteWriter::forgetVectors() {
-    m_database.execute("DELETE FROM vector; INSERT OR IGNORE INTO embedding_queue (record) SELECT id FROM record;");
-}
-
 void SqliteWriter::queueUnembedded(std::string_view model) {
     SqliteStatement fill(m_database, "INSERT OR IGNORE INTO embedding_queue (record) SELECT id FROM record WHERE NOT "
                                      "EXISTS (SELECT 1 FROM vector WHERE record = id AND model = ?)");

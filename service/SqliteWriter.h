@@ -28,8 +28,6 @@ public:
 
     /// Replaces the vector and takes the candidate from the queue; false when there is no such version.
     bool putVector(std::int64_t id, std::string_view model, std::span<const float> vector);
-    /// Forgets every vector, of whichever model, and queues every candidate.
-    void forgetVectors();
     /// Queues every candidate without a vector of `model`.
     void queueUnembedded(std::string_view model);
     /// Hands out every vector of `model`, by rising id.

@@ -27,6 +27,31 @@ std::string number(float value) {
 
 } // namespace
 
+TEST(AppendJsonString, FindsAnEscapeWhereverItStands) {
+    for (std::size_t length = 1; length < 70; ++length) {
+        for (std::size_t place = 0; place < length; ++place) {
+            std::string text(length, 'a');
+            text[place] = '\n';
+            std::string expected = '"' + text + '"';
+            expected.replace(place + 1, 1, "\\n");
+            std::string out;
+            dorvantel::appendJsonString(out, text);
+            ASSERT_EQ(out, expected);
+        }
+    }
+}
+
+TEST(AppendJsonString, EscapesInARowAreAllFound) {
+    std::string out;
+    dorvantel::appendJsonString(out, std::string(40, '"') + "á" + std::string(20, '\\') + "b");
+    std::string expected = "\"";
+    for (int i = 0; i < 40; ++i) {
+        expected += "\\\"";
+    }
+    expected += "á" + std::string(40, '\\') + "b\"";
+    EXPECT_EQ(out, expected);
+}
+
 TEST(AppendJsonString, EscapesWhatJSONDemandsAndNothingElse) {
     EXPECT_EQ(jsonString(""), R"("")");
     EXPECT_EQ(jsonString("Español 😀 O'Reilly /"), "\"Español 😀 O'Reilly /\"");

@@ -40,25 +40,6 @@ TEST_F(SqliteStoreTest, StoreOfTheFirstVersionComputesItsVectorsAgain) {
     EXPECT_THAT(emailsOf(store, similarTo({1, 0})), ElementsAre("a@x"));
 }
 
-TEST_F(SqliteStoreTest, ForgottenVectorsAreComputedAgain) {
-    {
-        SqliteStore store(folder.store(), "m");
-        ASSERT_TRUE(store.insert(makeRecord("a@x")));
-        ASSERT_TRUE(store.insert(makeRecord("b@x")));
-        ASSERT_EQ(store.putVector(1, {1, 0}), true);
-    }
-    {
-        SqliteWriter writer(folder.store().string());
-        SqliteTransaction transaction(writer.database());
-        writer.forgetVectors();
-        transaction.commit();
-    }
-    SqliteStore store(folder.store(), "m");
-    EXPECT_THAT(emailsOf(store, similarTo({1, 0})), IsEmpty());
-    EXPECT_EQ((*store.nextUnembedded(0))->id, 1);
-    EXPECT_EQ((*store.nextUnembedded(1))->id, 2);
-}
-
 TEST_F(SqliteStoreTest, SearchWithAVectorAndNoOrderComesInTheOrderOfInsertion) {
     SqliteStore store(folder.store(), "m");
     ASSERT_TRUE(store.insert(makeRecord("a@x")));
