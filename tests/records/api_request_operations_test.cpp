@@ -64,6 +64,22 @@ TEST_F(APIRequestTest, PDFThatDoesNotDecodeIsADecodingProblemOnOneLine) {
                                            "(Expected Array<Any> but found a string. [\"file\"])"_s));
 }
 
+TEST_F(APIRequestTest, PDFAnswerThatIsAnArrayIsADecodingProblem) {
+    const auto outcome = fetchPDF(u"a"_s, reply(200, "[]"));
+    EXPECT_EQ(outcome.result->error(), APIError::decodingProblem);
+    EXPECT_THAT(outcome.lines, ElementsAre(u"❌ Decoding Error loading PDF: typeMismatch Dictionary<String, Any> "
+                                           "(Expected Dictionary<String, Any> but found an array. [])"_s));
+}
+
+TEST_F(APIRequestTest, PDFAnswerWithANumberOutOfAByteIsADecodingProblem) {
+    for (const QString& number : {u"256"_s, u"-1"_s, u"0.5"_s}) {
+        const auto outcome = fetchPDF(u"a"_s, reply(200, "{\"file\":[37," + number.toUtf8() + "]}"));
+        EXPECT_EQ(outcome.result->error(), APIError::decodingProblem);
+        EXPECT_THAT(outcome.lines, ElementsAre(u"❌ Decoding Error loading PDF: dataCorrupted (The number "_s + number +
+                                               u" does not fit in UInt8. [\"file\", \"Index 1\"])"_s));
+    }
+}
+
 // Insert
 
 TEST_F(APIRequestTest, InsertCompletesWithWhatTheServiceStored) {
