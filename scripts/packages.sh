@@ -6,7 +6,7 @@
 program_packages=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev qt6-pdf-dev libqt6pdf6 qt6-svg-dev libqt6svg6 qt6-qpa-plugins qt6-translations-l10n
-    libicu-dev libsqlite3-dev nlohmann-json3-dev libsimdjson-dev libcpp-httplib-dev libbenchmark-dev
+    libicu-dev libsqlite3-dev nlohmann-json3-dev libsimdjson-dev libcpp-httplib-dev libbenchmark-dev libxcb1-dev
     fonts-inter fonts-noto-color-emoji fonts-noto-core fontconfig curl
 )
 
@@ -19,8 +19,8 @@ test_packages=(
 # What making and checking the Debian packages takes beside that of the program.
 package_packages=(dpkg-dev fakeroot file lintian mmdebstrap sudo)
 
-# Yardsticks of the benchmarks alone. Any implementation of BLAS does.
-bench_packages=(libfaiss-dev liblapack-dev libblas-dev)
+# What the benchmarks alone take: yardsticks (any implementation of BLAS does) and a display.
+bench_packages=(libfaiss-dev liblapack-dev libblas-dev xvfb)
 
 # What the preset "tidy" takes beside that.
 tidy_packages=(clang-19 clang-tidy-19 clang-format-19)
