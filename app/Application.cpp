@@ -6,12 +6,20 @@
 #include "ui/Symbols.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QLibraryInfo>
+#include <QThreadPool>
 #include <QTranslator>
+
+#include <fontconfig/fontconfig.h>
 
 namespace dorvantel {
 
 using namespace Qt::StringLiterals;
+
+std::jthread readFontConfiguration() {
+    return std::jthread([] { FcInit(); });
+}
 
 void prepareApplication(QApplication& application) {
     QApplication::setOrganizationName(u"Dorvantel"_s);
@@ -25,6 +33,10 @@ void prepareApplication(QApplication& application) {
         QApplication::installTranslator(spanish);
     }
     applyApplicationLook(application);
+}
+
+void listFonts() {
+    QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
 }
 
 } // namespace dorvantel

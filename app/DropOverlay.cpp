@@ -24,7 +24,11 @@ DropOverlay::DropOverlay(QWidget* parent)
     m_opacity->setOpacity(0);
     m_fade.setDuration(200);
     connect(&m_fade, &QPropertyAnimation::finished, this, [this] { setVisible(m_targeted); });
+    hide();
+}
 
+// Its heavy letters are the only ones of the window, and finding their font takes a good part of what the start takes.
+void DropOverlay::makeContents() {
     auto* icon = new SymbolView(u"plus.circle.fill"_s, Qt::white, 60);
     auto* text = new QLabel(u"Deposita el currículum aquí..."_s);
     text->setAlignment(Qt::AlignCenter);
@@ -41,7 +45,6 @@ DropOverlay::DropOverlay(QWidget* parent)
     column->addWidget(icon, 0, Qt::AlignHCenter);
     column->addWidget(text, 0, Qt::AlignHCenter);
     column->addStretch();
-    hide();
 }
 
 void DropOverlay::setTargeted(bool targeted) {
@@ -50,6 +53,9 @@ void DropOverlay::setTargeted(bool targeted) {
     }
     m_targeted = targeted;
     if (targeted) {
+        if (!layout()) {
+            makeContents();
+        }
         raise();
         show();
     }

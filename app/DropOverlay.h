@@ -24,6 +24,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void makeContents();
+
     bool m_targeted = false;
     QGraphicsOpacityEffect* m_opacity;
     QPropertyAnimation m_fade;

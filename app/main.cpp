@@ -45,9 +45,11 @@ QString cvFromCommandLine(const QCoreApplication& application) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const std::jthread fonts = readFontConfiguration();
     QApplication application(argc, argv);
     prepareApplication(application);
     const QString cv = cvFromCommandLine(application);
+    listFonts();
 
     DorvantelApp program(AppSettings::shared(), QStringLiteral(DORVANTEL_RECORDS_BASE_URL));
     ContentView& window = program.window();

@@ -92,6 +92,8 @@ double startOf(const QString& program, const Display& display, const QString& ho
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"DISPLAY"_s, display.name());
     environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    // Without a session bus libraries would start one for every window.
+    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"disabled:"_s);
     environment.insert(u"XDG_CONFIG_HOME"_s, home);
     environment.insert(u"XDG_RUNTIME_DIR"_s, home);
     process.setProcessEnvironment(environment);

@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network Pdf Svg Concurrent)
 find_package(ICU 70 REQUIRED COMPONENTS uc i18n)
+find_package(Fontconfig REQUIRED)
 find_package(SQLite3 3.38 REQUIRED)
 find_package(nlohmann_json 3.11 REQUIRED)
 find_package(simdjson 3 REQUIRED)

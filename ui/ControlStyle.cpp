@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ControlStyle.h"
 
+#include "ui/DeferredIcon.h"
 #include "ui/Style.h"
 
 #include <QAbstractScrollArea>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPointer>
 #include <QPushButton>
 #include <QStyleFactory>
 #include <QStyleOption>
@@ -318,6 +320,16 @@ QSize ControlStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
     default:
         return size;
     }
+}
+
+// Every menu bar has a button for what it has no room for, hidden as a rule; looking its icon up makes the toolkit load
+// all that it can read pictures with.
+QIcon ControlStyle::standardIcon(StandardPixmap symbol, const QStyleOption* option, const QWidget* widget) const {
+    if (symbol == SP_ToolBarHorizontalExtensionButton) {
+        return deferredIcon(
+            [style = QPointer(baseStyle()), symbol] { return style ? style->standardIcon(symbol) : QIcon(); });
+    }
+    return QProxyStyle::standardIcon(symbol, option, widget);
 }
 
 void ControlStyle::polish(QWidget* widget) {

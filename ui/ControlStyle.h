@@ -30,6 +30,8 @@ public:
                   QStyleHintReturn* returnData) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                            const QWidget* widget) const override;
+    QIcon standardIcon(StandardPixmap symbol, const QStyleOption* option = nullptr,
+                       const QWidget* widget = nullptr) const override;
     using QProxyStyle::polish;
     void polish(QWidget* widget) override;
 };

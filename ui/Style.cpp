@@ -5,7 +5,6 @@
 #include "ui/ControlStyle.h"
 
 #include <QApplication>
-#include <QFontDatabase>
 #include <QWidget>
 
 #include <memory>
@@ -151,9 +150,7 @@ void applyApplicationLook(QApplication&) {
     QApplication::setPalette(dark ? darkPalette() : lightPalette());
 
     QFont font = QApplication::font();
-    if (QFontDatabase::hasFamily(u"Inter"_s)) {
-        font.setFamilies({u"Inter"_s, font.family()});
-    }
+    font.setFamilies({u"Inter"_s, font.family()}); // where Inter is missing, the desktop's own font takes its place
     font.setPixelSize(qRound(stepOf(TextStyle::Body).points));
     QApplication::setFont(font);
 }

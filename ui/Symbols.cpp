@@ -5,6 +5,7 @@
 #include "platform/Fatal.h"
 
 #include <QDir>
+#include <QHash>
 #include <QIconEngine>
 #include <QPainter>
 #include <QSvgRenderer>
@@ -95,17 +96,26 @@ public:
     }
 
     QPixmap scaledPixmap(const QSize& size, QIcon::Mode, QIcon::State, qreal scale) override {
-        QPixmap pixmap = QPixmap::fromImage(applicationImage(std::min(size.width(), size.height())));
-        pixmap.setDevicePixelRatio(scale);
-        return pixmap;
+        const int side = std::min(size.width(), size.height());
+        QPixmap& pixmap = m_drawn[side]; // the window system asks twice
+        if (pixmap.isNull()) {
+            pixmap = QPixmap::fromImage(applicationImage(side));
+        }
+        QPixmap scaled = pixmap;
+        scaled.setDevicePixelRatio(scale);
+        return scaled;
     }
 
-    /// A window system that keeps pictures of an icon asks for all of these at the start, so they are few.
+    /// A window system that keeps pictures of an icon asks for all of these before the window shows, so they are few
+    /// and small. Where larger ones are shown, they come from the icon theme.
     QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
-        return {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {64, 64}, {128, 128}};
+        return {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {64, 64}};
     }
 
     QIconEngine* clone() const override { return new ApplicationIconEngine(*this); }
+
+private:
+    QHash<int, QPixmap> m_drawn;
 };
 
 } // namespace

@@ -115,7 +115,7 @@ TEST(Symbols, TheLogoIsSquareAndTinted) {
 
 TEST(Symbols, TheApplicationIconIsDrawnForEverySizeThatDesktopsAskFor) {
     const QIcon icon = applicationIcon();
-    EXPECT_THAT(icon.availableSizes(), testing::SizeIs(7));
+    EXPECT_THAT(icon.availableSizes(), testing::SizeIs(6));
     for (const QSize size : icon.availableSizes()) {
         EXPECT_EQ(icon.pixmap(size, 1.0).size(), size);
     }
