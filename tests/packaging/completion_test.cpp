@@ -67,4 +67,18 @@ TEST_F(Completion, OffersNothingWhereAnOptionTakesAnotherValue) {
     EXPECT_EQ(offered({u"--body-limit"_s, u"="_s}), QStringList());
 }
 
+TEST_F(Completion, OffersTheOptionsOfACommandAfterIt) {
+    for (const QString& command : {u"check"_s, u"export"_s, u"erase"_s, u"reembed"_s}) {
+        EXPECT_EQ(offered({command, u""_s}), helpTerms(run(program(), {command, u"--help"_s}, m_tree.home()).output));
+    }
+    EXPECT_EQ(offered({u"backup"_s, u"--r"_s}), QStringList{u"--replace"_s});
+}
+
+TEST_F(Completion, OffersFilesToACommandThatTakesAFile) {
+    ASSERT_TRUE(QDir(m_tree.home()).mkdir(u"copias"_s));
+    EXPECT_EQ(offered({u"restore"_s, u"co"_s}), QStringList{u"copias"_s});
+    EXPECT_EQ(offered({u"backup"_s, u""_s}), QStringList{u"copias"_s});
+    EXPECT_EQ(offered({u"export"_s, u"a@example.com"_s, u"--to"_s, u""_s}), QStringList{u"copias"_s});
+}
+
 } // namespace dorvantel::test

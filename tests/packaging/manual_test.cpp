@@ -25,8 +25,21 @@ class Manual : public testing::TestWithParam<Program> {
 protected:
     QString page() const { return m_tree.path(u"share/man/man1/%1.1.gz"_s.arg(GetParam().name)); }
 
-    QStringList terms() const {
-        return helpTerms(run(m_tree.path(u"bin/"_s + GetParam().name), {u"--help"_s}, m_tree.home()).output);
+    QStringList terms(const QStringList& command) const {
+        const QString program = m_tree.path(u"bin/"_s + GetParam().name);
+        return helpTerms(run(program, command + QStringList{u"--help"_s}, m_tree.home()).output);
+    }
+
+    /// What the help lists, and what the helps of the commands in it list.
+    QStringList allTerms() const {
+        QStringList all;
+        for (const QString& term : terms({})) {
+            all += term;
+            if (!term.startsWith(u'-')) {
+                all += terms({term});
+            }
+        }
+        return all;
     }
 
     const InstalledTree m_tree{{GetParam().name}};
@@ -42,7 +55,7 @@ TEST_P(Manual, IsWellFormed) {
 
 TEST_P(Manual, DescribesWhatTheHelpLists) {
     const QString source = run(u"gzip"_s, {u"-dc"_s, page()}, m_tree.home()).output;
-    for (QString term : terms()) {
+    for (QString term : allTerms()) {
         const QString escaped = QRegularExpression::escape(term.replace(u'-', u"\\-"_s));
         const QRegularExpression heading(u"^\\.(B|BI|BR) (.* )?"_s + escaped + u"( |$)"_s,
                                          QRegularExpression::MultilineOption);
