@@ -313,6 +313,12 @@ TEST_F(ValidationSheetTest, WhatWasBeingTypedWhenANewExtractionCameReachesNeithe
     other.name = u"Otra Persona"_s;
     other.techSkills = {{u"Cobol"_s}, {}};
     extract(other);
+    for (auto* name : sheet.findChildren<QLineEdit*>(u"name"_s)) {
+        if (name->isVisible()) {
+            name->setFocus(); // of the new page, before the old one is gone
+        }
+    }
+    EXPECT_FALSE(old->hasFocus());
     EXPECT_EQ(state.values(), other);
     ASSERT_TRUE(waitUntil([&] { return sheet.findChildren<TokenField2*>(u"techSkills"_s).size() == 1; }));
     EXPECT_EQ(state.values(), other);
