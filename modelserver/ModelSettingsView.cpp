@@ -45,10 +45,11 @@ MarkedRow* headlineRow(const QString& symbol, QRgb colour, const QString& text) 
 
 } // namespace
 
-ModelSettingsView::ModelSettingsView(AppSettings& settings, HttpSession& session, QWidget* parent)
+ModelSettingsView::ModelSettingsView(AppSettings& settings, HttpSession& session, std::chrono::milliseconds timeout,
+                                     QWidget* parent)
     : QWidget(parent)
     , m_settings(settings)
-    , m_ollamaService(session, settings)
+    , m_ollamaService(session, settings, timeout)
     , m_loading(headlineRow(u"arrow.clockwise"_s, colours::blue, u"Loading models..."_s))
     , m_loaded(headlineRow(doneSymbol, colours::green, u"Models loaded"_s))
     , m_modelError(new MarkedRow(warningSymbol, colours::orange, secondaryLabel({}, TextStyle::Caption)))

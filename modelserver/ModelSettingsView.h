@@ -22,7 +22,9 @@ class ModelSettingsView : public QWidget {
     Q_OBJECT
 
 public:
-    ModelSettingsView(AppSettings& settings, HttpSession& session, QWidget* parent = nullptr);
+    /// `timeout` is how long the model server may be silent.
+    ModelSettingsView(AppSettings& settings, HttpSession& session,
+                      std::chrono::milliseconds timeout = std::chrono::seconds(60), QWidget* parent = nullptr);
 
     /// What the pickers say, saved or not.
     const std::optional<QString>& selectedEmbeddingModel() const;

@@ -59,6 +59,7 @@ OllamaSettingsView::OllamaSettingsView(AppSettings& settings, RunLater runLater,
     m_save->setObjectName(u"save"_s);
     m_save->setDefault(true);
 
+    setAutoFillBackground(true); // as the other page's scroll area does, and not in the tab's own colour
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(spacing::gridColumn, spacing::gridColumn, spacing::gridColumn, spacing::gridColumn);
     rows->setSpacing(spacing::small);
@@ -119,13 +120,18 @@ void OllamaSettingsView::save() {
     m_settings.setOllamaURL(*address);
     showOutcome(std::nullopt, true);
     // Never cancelled: after two saves in a row the confirmation goes when the first one's time is over.
-    m_runLater(std::chrono::seconds(3), this, [this] { m_saveConfirmation->hide(); });
+    m_runLater(std::chrono::seconds(3), this, [this] { setShowingSaveConfirmation(false); });
 }
 
-void OllamaSettingsView::showOutcome(const std::optional<QString>& error, bool saved) {
-    m_errorMessage->setText(error.value_or(QString()));
-    m_errorMessage->setVisible(error.has_value());
-    m_saveConfirmation->setVisible(saved);
+void OllamaSettingsView::showOutcome(const std::optional<QString>& errorMessage, bool showing) {
+    m_errorMessage->setText(errorMessage.value_or(QString()));
+    m_errorMessage->setVisible(errorMessage.has_value());
+    setShowingSaveConfirmation(showing);
+}
+
+void OllamaSettingsView::setShowingSaveConfirmation(bool showing) {
+    m_showingSaveConfirmation = showing;
+    m_saveConfirmation->setVisible(showing);
 }
 
 } // namespace dorvantel

@@ -31,14 +31,18 @@ public:
     explicit OllamaSettingsView(AppSettings& settings, RunLater runLater = runLaterOnMainQueue(),
                                 QWidget* parent = nullptr);
 
+    bool showingSaveConfirmation() const { return m_showingSaveConfirmation; }
+
 private:
     QWidget* addressRow();
     QWidget* examples();
     void save();
-    void showOutcome(const std::optional<QString>& errorMessage, bool showingSaveConfirmation);
+    void setShowingSaveConfirmation(bool showing);
+    void showOutcome(const std::optional<QString>& errorMessage, bool showing);
 
     AppSettings& m_settings;
     RunLater m_runLater;
+    bool m_showingSaveConfirmation = false;
     QLineEdit* m_urlText;
     MarkedRow* m_errorMessage;
     MarkedRow* m_saveConfirmation;

@@ -5,11 +5,14 @@
 #include "tests/support/Print.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <unistd.h>
 
 namespace dorvantel {
 namespace {
@@ -153,6 +156,49 @@ TEST_F(AppSettingsTest, GarbageInTheFileCountsAsEmpty) {
     EXPECT_EQ(settings.ollamaURL(), u"http://localhost:11434"_s);
     settings.setSelectedLLMModel(u"llm"_s);
     EXPECT_EQ(settings.selectedLLMModel(), u"llm"_s);
+    EXPECT_EQ(AppSettings(store()).selectedLLMModel(), u"llm"_s);
+}
+
+TEST_F(AppSettingsTest, EveryChangeIsSeenByAnotherProcessAtOnce) {
+    AppSettings settings(store());
+    const auto seenByAnother = [this] {
+        QProcess cat;
+        cat.start(u"cat"_s, {path});
+        EXPECT_TRUE(cat.waitForFinished());
+        return cat.readAllStandardOutput();
+    };
+    settings.setOllamaURL(u"http://a"_s);
+    EXPECT_EQ(seenByAnother(), "[General]\nollamaURL=http://a\n");
+    settings.setSelectedLLMModel(u"llm"_s);
+    EXPECT_EQ(seenByAnother(), "[General]\nollamaURL=http://a\nselectedLLMModel=llm\n");
+    settings.setSelectedEmbeddingModel(u"emb"_s);
+    EXPECT_EQ(seenByAnother(), "[General]\nollamaURL=http://a\nselectedEmbeddingModel=emb\nselectedLLMModel=llm\n");
+    settings.setSelectedLLMModel(std::nullopt);
+    EXPECT_EQ(seenByAnother(), "[General]\nollamaURL=http://a\nselectedEmbeddingModel=emb\n");
+}
+
+TEST_F(AppSettingsTest, ReadOnlyFileIsReadAndKeptAndTheRefusalIsToldOnce) {
+    const QByteArray before = "[General]\nollamaURL=http://a\n";
+    writeFile(before);
+    const QFile::Permissions reading = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
+    ASSERT_TRUE(QFile::setPermissions(path, reading));
+    ASSERT_TRUE(QFile::setPermissions(folder.path(), reading | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther));
+    constexpr uid_t nobody = 65534; // for root nothing is read-only
+    const bool isRoot = geteuid() == 0;
+    ASSERT_TRUE(!isRoot || seteuid(nobody) == 0);
+    testing::internal::CaptureStderr();
+    {
+        AppSettings settings(store());
+        EXPECT_EQ(settings.ollamaURL(), u"http://a"_s);
+        settings.setOllamaURL(u"http://b"_s);
+        settings.setOllamaURL(u"http://c"_s);
+        EXPECT_EQ(settings.ollamaURL(), u"http://c"_s);
+    }
+    const std::string told = testing::internal::GetCapturedStderr();
+    ASSERT_TRUE(!isRoot || seteuid(0) == 0);
+    EXPECT_EQ(told, "The settings cannot be written to " + path.toStdString() + "\n");
+    EXPECT_EQ(fileBytes(), before);
+    QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 TEST_F(AppSettingsTest, ValueThatIsNoTextCountsAsAbsent) {
@@ -177,6 +223,10 @@ TEST_F(AppSettingsTest, StoreThatCannotBeReadOrWrittenStillServesTheRun) {
 }
 
 TEST(SharedAppSettings, IsOneObjectOverTheStandardSettingsOfTheProgram) {
+    // What the machine or the maker's other programs say does not count.
+    QSettings(u"Dorvantel"_s).setValue(u"selectedEmbeddingModel"_s, u"ajeno"_s);
+    ASSERT_EQ(QSettings(u"Dorvantel"_s, u"Dorvantel"_s).value(u"selectedEmbeddingModel"_s), u"ajeno"_s);
+    EXPECT_EQ(AppSettings::shared().selectedEmbeddingModel(), std::nullopt);
     AppSettings::shared().setSelectedLLMModel(u"compartido"_s);
     EXPECT_EQ(&AppSettings::shared(), &AppSettings::shared());
     EXPECT_EQ(QSettings(u"Dorvantel"_s, u"Dorvantel"_s).value(u"selectedLLMModel"_s), u"compartido"_s);

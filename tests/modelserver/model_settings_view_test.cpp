@@ -1,100 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "modelserver/ModelSettingsView.h"
-
-#include "modelserver/AppSettings.h"
 #include "modelserver/CapabilityBadge.h"
-#include "modelserver/ModelChoice.h"
-#include "modelserver/ModelDetailView.h"
-#include "modelserver/ModelPicker.h"
-#include "modelserver/SettingsView.h"
-#include "tests/support/Print.h"
-#include "tests/support/ScriptedServer.h"
-#include "tests/support/Wait.h"
-#include "ui/Symbols.h"
+#include "tests/modelserver/ModelSettingsFixture.h"
 
-#include <QHash>
-#include <QPushButton>
-#include <QSettings>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QPropertyAnimation>
 #include <QWheelEvent>
 
-#include <gtest/gtest.h>
-
-namespace dorvantel {
-namespace {
-
-using namespace Qt::StringLiterals;
-using test::ScriptedReply;
-using test::ScriptedRequest;
-using test::ScriptedServer;
-using test::waitUntil;
+namespace dorvantel::test {
 
 const QString noLanguageModel =
     u"No compatible LLM models available. Please install a text-only model (e.g., llama3.2, mistral, qwen2.5)"_s;
 const QString noEmbeddingModel = u"No embedding models available. Please install an embedding model (e.g., "
                                  u"nomic-embed-text, mxbai-embed-large)"_s;
-
-/// The page over a server with one model of each kind.
-struct ModelSettingsViewTest : testing::Test {
-    QTemporaryDir folder;
-    AppSettings settings{std::make_unique<QSettings>(folder.filePath(u"a.conf"_s), QSettings::IniFormat)};
-    NetworkHttpSession session;
-    QByteArray tags = R"({"models":[
-        {"name":"nomic","size":274302450,"details":{"format":"gguf","family":"nomic-bert","parameter_size":"137M"}},
-        {"name":"llama","size":2019393189,"details":{"format":"gguf"}},{"name":"gemma"},{"name":"roto"}]})";
-    QHash<QByteArray, QByteArray> shows{{"nomic", R"({"capabilities":["embedding"]})"},
-                                        {"llama", R"({"capabilities":["completion","tools"]})"},
-                                        {"gemma", R"({"capabilities":["completion","vision"]})"}};
-    bool hold = false;
-    int tagsStatus = 200;
-    ScriptedServer server{[this](const ScriptedRequest& request) {
-        if (request.target == "/api/tags") {
-            return ScriptedReply{.status = tagsStatus, .body = tags, .held = hold};
-        }
-        return ScriptedReply{.body = shows.value(request.body.mid(9).chopped(2), "model not found")};
-    }};
-    std::unique_ptr<ModelSettingsView> view;
-
-    ModelSettingsViewTest() { settings.setOllamaURL(server.url()); }
-
-    void openPage() {
-        view = std::make_unique<ModelSettingsView>(settings, session);
-        view->resize(600, 460);
-        view->show();
-    }
-    void openLoadedPage() {
-        openPage();
-        ASSERT_TRUE(waitUntil([this] { return row(u"loaded"_s).isVisible(); }));
-    }
-
-    MarkedRow& row(const QString& name) const { return *view->findChild<MarkedRow*>(name); }
-    ModelChoice& choice(const QString& name) const { return *view->findChild<ModelChoice*>(name); }
-    ModelPicker& picker(const QString& name) const { return *choice(name).findChild<ModelPicker*>(); }
-    ModelDetailView* details(const QString& name) const { return choice(name).findChild<ModelDetailView*>(); }
-    QPushButton& button(const QString& name) const { return *view->findChild<QPushButton*>(name); }
-    QStringList offered(const QString& name) const {
-        QStringList texts;
-        for (int i = 0; i < picker(name).count(); ++i) {
-            texts += picker(name).itemText(i);
-        }
-        texts.sort();
-        return texts;
-    }
-    void choose(const QString& name, const QString& entry) const {
-        ModelPicker& menu = picker(name);
-        const int index = menu.findText(entry, Qt::MatchStartsWith);
-        ASSERT_GE(index, 0);
-        menu.setFocus();
-        // As the user's keys do it, from wherever the menu stands.
-        QTest::keyClick(&menu, Qt::Key_Home);
-        for (int i = 0; i < index; ++i) {
-            QTest::keyClick(&menu, Qt::Key_Down);
-        }
-        ASSERT_EQ(menu.currentIndex(), index);
-    }
-};
 
 TEST_F(ModelSettingsViewTest, ShowsThatModelsAreLoadingAndThenThatTheyAre) {
     hold = true;
@@ -102,8 +19,6 @@ TEST_F(ModelSettingsViewTest, ShowsThatModelsAreLoadingAndThenThatTheyAre) {
     EXPECT_TRUE(row(u"loading"_s).isVisible());
     EXPECT_EQ(row(u"loading"_s).text(), u"Loading models..."_s);
     EXPECT_FALSE(row(u"loaded"_s).isVisible());
-    const qreal before = row(u"loading"_s).symbol().rotation();
-    EXPECT_TRUE(waitUntil([&] { return row(u"loading"_s).symbol().rotation() > before; }));
     ASSERT_TRUE(waitUntil([this] { return server.heldCount() == 1; }));
     server.release();
     ASSERT_TRUE(waitUntil([this] { return row(u"loaded"_s).isVisible(); }));
@@ -112,11 +27,53 @@ TEST_F(ModelSettingsViewTest, ShowsThatModelsAreLoadingAndThenThatTheyAre) {
     EXPECT_FALSE(row(u"modelError"_s).isVisible());
 }
 
+TEST_F(ModelSettingsViewTest, SymbolTurnsOnAndOnUntilTheModelsAreThere) {
+    hold = true;
+    openPage();
+    auto* turning = view->findChild<QPropertyAnimation*>();
+    ASSERT_TRUE(turning);
+    EXPECT_EQ(turning->state(), QAbstractAnimation::Running);
+    EXPECT_EQ(turning->loopCount(), -1);
+    turning->pause(); // holds the clock
+    turning->setCurrentTime(250);
+    EXPECT_EQ(row(u"loading"_s).symbol().rotation(), 90);
+    turning->setCurrentTime(1500);
+    EXPECT_EQ(row(u"loading"_s).symbol().rotation(), 180);
+    turning->resume();
+    ASSERT_TRUE(waitUntil([this] { return server.heldCount() == 1; }));
+    server.release();
+    ASSERT_TRUE(waitUntil([this] { return row(u"loaded"_s).isVisible(); }));
+    EXPECT_EQ(turning->state(), QAbstractAnimation::Stopped);
+}
+
+TEST_F(ModelSettingsViewTest, NothingTurnsWhileThePageIsHidden) {
+    hold = true;
+    openPage();
+    auto* turning = view->findChild<QPropertyAnimation*>();
+    view->hide();
+    EXPECT_EQ(turning->state(), QAbstractAnimation::Stopped);
+    view->show();
+    EXPECT_EQ(turning->state(), QAbstractAnimation::Running);
+}
+
 TEST_F(ModelSettingsViewTest, EachPickerOffersTheModelsThatSuitIt) {
     openLoadedPage();
     EXPECT_EQ(offered(u"embedding"_s), (QStringList{u"Select a model..."_s, u"nomic (274.3 MB)"_s}));
-    EXPECT_EQ(offered(u"language"_s), (QStringList{u"Select a model..."_s, u"llama (2.02 GB)"_s, u"roto"_s}));
+    QStringList sorted = offered(u"language"_s);
+    sorted.sort();
+    EXPECT_EQ(sorted, (QStringList{u"Select a model..."_s, u"llama (2.02 GB)"_s, u"roto"_s}));
     EXPECT_EQ(picker(u"language"_s).itemText(0), u"Select a model..."_s);
+}
+
+TEST(ModelPicker, KeepsTheOrderOfTheModels) {
+    ModelPicker picker(u"LLM Model"_s);
+    picker.setModels({{u"c"_s, {}, {}, {}, {}}, {u"a"_s, {}, {}, {}, {}}, {u"b"_s, {}, {}, {}, {}}});
+    QStringList entries;
+    for (int i = 0; i < picker.count(); ++i) {
+        entries += picker.itemText(i);
+    }
+    EXPECT_EQ(entries, (QStringList{u"Select a model..."_s, u"c"_s, u"a"_s, u"b"_s}));
+    EXPECT_EQ(picker.accessibleName(), u"LLM Model"_s);
 }
 
 TEST_F(ModelSettingsViewTest, ModelWithoutSizeShowsItsNameAlone) {
@@ -291,26 +248,4 @@ TEST(ModelDetailView, MarkupFromAServerIsShownAsItIs) {
     }
 }
 
-using SettingsViewTest = ModelSettingsViewTest;
-
-TEST_F(SettingsViewTest, HasTwoTabsInOrderAndItsSize) {
-    SettingsView tabs(settings, session);
-    ASSERT_EQ(tabs.count(), 2);
-    EXPECT_EQ(tabs.tabText(0), u"General"_s);
-    EXPECT_EQ(tabs.tabText(1), u"Models"_s);
-    EXPECT_FALSE(tabs.tabIcon(0).isNull());
-    EXPECT_FALSE(tabs.tabIcon(1).isNull());
-    EXPECT_EQ(tabs.size(), QSize(600, 500));
-}
-
-TEST_F(SettingsViewTest, ModelsAreLoadedWhenTheirTabIsOpened) {
-    SettingsView tabs(settings, session);
-    tabs.show();
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(server.requests().isEmpty());
-    tabs.setCurrentIndex(1);
-    EXPECT_TRUE(waitUntil([this] { return server.requests().size() == 5; }));
-}
-
-} // namespace
-} // namespace dorvantel
+} // namespace dorvantel::test

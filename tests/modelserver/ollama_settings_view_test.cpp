@@ -5,7 +5,10 @@
 #include "modelserver/AppSettings.h"
 #include "modelserver/SettingsRows.h"
 #include "tests/support/Print.h"
+#include "tests/support/Wait.h"
+#include "ui/Symbols.h"
 
+#include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSettings>
@@ -56,6 +59,26 @@ TEST_F(OllamaSettingsViewTest, BeginsWithTheCurrentAddressAndNoMessage) {
     EXPECT_EQ(urlText.placeholderText(), u"http://localhost:11434"_s);
     EXPECT_TRUE(error.isHidden());
     EXPECT_TRUE(confirmation.isHidden());
+    EXPECT_FALSE(view.showingSaveConfirmation());
+    settings.setOllamaURL(u"http://otro:8080"_s);
+    const OllamaSettingsView other(settings);
+    EXPECT_EQ(other.findChild<QLineEdit*>(u"urlText"_s)->text(), u"http://otro:8080"_s);
+}
+
+TEST_F(OllamaSettingsViewTest, RowsHaveTheirSymbolsColoursAndFonts) {
+    EXPECT_EQ(error.symbol().name(), u"exclamationmark.triangle.fill"_s);
+    EXPECT_EQ(error.symbol().colour(), QColor(colours::orange));
+    EXPECT_EQ(error.label().font(), textFont(TextStyle::Caption));
+    EXPECT_EQ(confirmation.symbol().name(), u"checkmark.circle.fill"_s);
+    EXPECT_EQ(confirmation.symbol().colour(), QColor(colours::green));
+    EXPECT_TRUE(saveButton.isDefault());
+    const auto texts = view.findChildren<QLabel*>();
+    EXPECT_EQ(texts[0]->font(), textFont(TextStyle::Headline));
+    EXPECT_EQ(texts[1]->font(), textFont(TextStyle::Caption));
+    EXPECT_EQ(texts[1]->palette().color(QPalette::WindowText), secondaryTextColour(view.palette()));
+    EXPECT_EQ(texts[4]->font(), textFont(TextStyle::Headline));
+    EXPECT_EQ(texts.last()->font(), textFont(TextStyle::Caption));
+    EXPECT_EQ(texts.last()->palette().color(QPalette::WindowText), secondaryTextColour(view.palette()));
 }
 
 TEST_F(OllamaSettingsViewTest, SaysWhatItIsFor) {
@@ -64,6 +87,7 @@ TEST_F(OllamaSettingsViewTest, SaysWhatItIsFor) {
                                      u"Local (default)"_s, u"http://localhost:11434"_s, u"Custom port"_s,
                                      u"http://localhost:8080"_s, u"Remote server"_s, u"http://192.168.1.100:11434"_s}));
     EXPECT_EQ(saveButton.text(), u"Save"_s);
+    EXPECT_EQ(view.findChild<QPushButton*>(u"reset"_s)->text(), u"Reset"_s);
 }
 
 TEST_F(OllamaSettingsViewTest, AddressWithBlanksAroundItIsSavedWithoutThem) {
@@ -106,7 +130,9 @@ TEST_F(OllamaSettingsViewTest, ConfirmationGoesThreeSecondsAfterTheSave) {
     save(u"http://a"_s);
     ASSERT_EQ(later.size(), 1);
     EXPECT_EQ(later[0].delay, 3000ms);
+    EXPECT_TRUE(view.showingSaveConfirmation());
     later[0].work();
+    EXPECT_FALSE(view.showingSaveConfirmation());
     EXPECT_TRUE(confirmation.isHidden());
 }
 
@@ -139,6 +165,42 @@ TEST_F(OllamaSettingsViewTest, ReturnKeySaves) {
     urlText.setText(u"http://a"_s);
     QTest::keyClick(&urlText, Qt::Key_Return);
     EXPECT_EQ(settings.ollamaURL(), u"http://a"_s);
+}
+
+TEST_F(OllamaSettingsViewTest, SavedAddressIsInTheFileAtOnce) {
+    save(u"http://a"_s);
+    QFile file(folder.filePath(u"a.conf"_s));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "[General]\nollamaURL=http://a\n");
+}
+
+TEST_F(OllamaSettingsViewTest, AddressInCapitalsIsSavedAsTyped) {
+    save(u"http://LOCALHOST:11434"_s);
+    EXPECT_EQ(settings.ollamaURL(), u"http://LOCALHOST:11434"_s);
+}
+
+TEST_F(OllamaSettingsViewTest, LongAddressIsSavedWhole) {
+    const QString longAddress = u"http://127.0.0.1:1/"_s + QString(10'240, u'a');
+    save(longAddress);
+    EXPECT_TRUE(error.isHidden());
+    EXPECT_EQ(settings.ollamaURL(), longAddress);
+    const AppSettings nextStart(std::make_unique<QSettings>(folder.filePath(u"a.conf"_s), QSettings::IniFormat));
+    EXPECT_EQ(nextStart.ollamaURL(), longAddress);
+}
+
+TEST(RunLaterOnMainQueue, RunsLaterAndOnlyForWhoIsStillThere) {
+    const RunLater runLater = runLaterOnMainQueue();
+    QObject here;
+    auto gone = std::make_unique<QObject>();
+    int runs = 0;
+    bool ranForNobody = false;
+    runLater(1ms, gone.get(), [&] { ranForNobody = true; });
+    runLater(2ms, &here, [&] { ++runs; });
+    gone.reset();
+    EXPECT_EQ(runs, 0);
+    EXPECT_TRUE(test::waitUntil([&] { return runs > 0; }));
+    EXPECT_EQ(runs, 1);
+    EXPECT_FALSE(ranForNobody);
 }
 
 TEST_F(OllamaSettingsViewTest, TypingStoresNothing) {

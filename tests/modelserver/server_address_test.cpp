@@ -41,6 +41,26 @@ TEST(CheckedServerAddress, TextThatIsNoURLIsRefused) {
     }
 }
 
+TEST(CheckedServerAddress, BlanksInsideAreRefusedWhereverTheyStand) {
+    for (const QString& text : {u"http://h/a b"_s, u"http://h/a?b c"_s, u"http:// h"_s, u"http://h:1 1"_s}) {
+        EXPECT_EQ(checkedServerAddress(text), wrongFormat) << qPrintable(text);
+    }
+}
+
+TEST(CheckedServerAddress, HostInCapitalsIsKeptAsTyped) {
+    EXPECT_EQ(checkedServerAddress(u"http://LOCALHOST:11434"_s), u"http://LOCALHOST:11434"_s);
+}
+
+TEST(CheckedServerAddress, NoBreakSpaceInFrontIsNoBlank) {
+    EXPECT_EQ(checkedServerAddress(u"\u00a0http://localhost"_s), wrongStart);
+}
+
+TEST(CheckedServerAddress, LongAddressIsAnAddressUnlessItsHostIsNone) {
+    const QString path = u"http://localhost/"_s + QString(10'240, u'a');
+    EXPECT_EQ(checkedServerAddress(path), path);
+    EXPECT_EQ(checkedServerAddress(u"http://"_s + QString(10'240, u'a')), wrongFormat);
+}
+
 TEST(WithoutOuterBlanks, OnlyBlanksBecomeEmpty) {
     EXPECT_EQ(withoutOuterBlanks(u" \t "_s), QString());
     EXPECT_EQ(withoutOuterBlanks(u" a b\n "_s), u"a b\n"_s);

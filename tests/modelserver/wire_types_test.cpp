@@ -132,6 +132,14 @@ TEST(ShowResponse, EveryFieldIsOptional) {
               OllamaShowResponse{});
 }
 
+TEST(ShowResponse, FamiliesMayBeNull) {
+    const auto response = decodeShowResponse(R"({"details":{"family":"llama","families":null}})");
+    ASSERT_TRUE(response);
+    ASSERT_TRUE(response->details);
+    EXPECT_EQ(response->details->family, u"llama"_s);
+    EXPECT_EQ(response->details->families, std::nullopt);
+}
+
 TEST(ShowResponse, EveryFieldDecodes) {
     const auto response = decodeShowResponse(R"({"modelfile":"FROM x","parameters":"num_ctx 8192","template":"{{ }}",
         "details":{"format":"gguf","family":"qwen2","families":["qwen2","clip"],"parameter_size":"7.6B",
@@ -232,6 +240,16 @@ TEST(EmbeddingResponse, FlatVectorIsAnotherType) {
 TEST(EmbeddingResponse, NumberBeyondADoubleIsCorrupted) {
     expectFailure(decodeEmbeddingResponse(R"({"model":"m","embeddings":[[0.5,1e999]]})"), Kind::DataCorrupted, {},
                   {u"embeddings"_s, u"Index 0"_s, u"Index 1"_s});
+}
+
+TEST(Requests, AreComparedByAllTheirFields) {
+    const OllamaChatRequest chat{u"m"_s, {{u"user"_s, u"hola"_s}}, false, OllamaOptions{0.3, {}, {}}};
+    OllamaChatRequest other = chat;
+    EXPECT_EQ(other, chat);
+    other.options->temperature = 0.7;
+    EXPECT_NE(other, chat);
+    EXPECT_NE((OllamaShowRequest{u"a"_s}), (OllamaShowRequest{u"b"_s}));
+    EXPECT_NE((OllamaEmbeddingRequest{u"m"_s, u"a"_s}), (OllamaEmbeddingRequest{u"m"_s, u"b"_s}));
 }
 
 TEST(ShowRequest, HoldsTheNameAlone) {

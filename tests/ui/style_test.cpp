@@ -110,6 +110,16 @@ TEST(Style, ColoursOfTextsAreReadableOnWhite) {
     }
 }
 
+TEST(Style, ReadableColoursAreReadableOnEitherPalette) {
+    for (const QRgb colour : {colours::blue, colours::green, colours::orange, colours::purple, colours::red}) {
+        EXPECT_EQ(readableColour(colour, lightPalette()), QColor(colour));
+        const QColor onDark = readableColour(colour, darkPalette());
+        EXPECT_GE(contrast(onDark, darkPalette().color(QPalette::Window)), 4.5) << std::hex << colour;
+        EXPECT_GE(contrast(onDark, darkPalette().color(QPalette::Base)), 4.5) << std::hex << colour;
+        EXPECT_NEAR(onDark.hslHue(), QColor(colour).hslHue(), 1) << std::hex << colour;
+    }
+}
+
 TEST(Style, AWhitePageKeepsDarkTextInADarkDesktop) {
     QApplication::setPalette(darkPalette());
     QWidget page;
