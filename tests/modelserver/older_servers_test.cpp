@@ -8,7 +8,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSet>
 
 namespace dorvantel::test {
 
@@ -31,8 +30,8 @@ protected:
     QStringList listen(const QString& list, const QString& show) {
         tags = recorded(list);
         QStringList names;
-        for (const QJsonValue model : QJsonDocument::fromJson(tags)["models"].toArray()) {
-            names += model["name"].toString();
+        for (const QJsonValue model : QJsonDocument::fromJson(tags).object().value(u"models").toArray()) {
+            names += model.toObject().value(u"name").toString();
             shows[names.last().toUtf8()] = recorded(show);
         }
         return names;
