@@ -93,9 +93,10 @@ void ExtractedPage::addTextRow(FormGrid& grid, const QString& label, const QStri
     edit->setObjectName(objectName);
     edit->setPlaceholderText(label + u"…"_s);
     edit->setCursorPosition(0);
-    // The line shows line breaks as blanks, so only what is typed goes back.
-    connect(edit, &QLineEdit::textEdited, this, [this, &text](const QString& typed) {
-        text = typed;
+    // The line shows line breaks as blanks, so only what is written there goes back: with the keys, or by a screen
+    // reader or a speech program, which textEdited knows nothing of.
+    connect(edit, &QLineEdit::textChanged, this, [this, &text](const QString& written) {
+        text = written;
         refresh();
     });
     grid.addRow(label, edit, false);

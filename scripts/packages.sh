@@ -14,6 +14,7 @@ program_packages=(
 test_packages=(
     libgtest-dev libgmock-dev xvfb xauth poppler-utils wspanish wamerican python3 procps
     desktop-file-utils appstream mandoc
+    dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-gi
 )
 
 # What making and checking the Debian packages takes beside that of the program.

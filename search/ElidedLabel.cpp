@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "search/ElidedLabel.h"
 
+#include "ui/AccessibleRole.h"
+
 #include <QPainter>
 #include <QtMath>
 
@@ -11,6 +13,7 @@ ElidedLabel::ElidedLabel(const QString& text, const QFont& font, QWidget* parent
     : QWidget(parent)
     , m_text(text) {
     setFont(font);
+    setAccessibleRole(*this, QAccessible::StaticText);
     setAccessibleName(text);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "search/LazyRowList.h"
 
+#include "ui/AccessibleRole.h"
+
 #include <QApplication>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
@@ -42,6 +44,7 @@ QWidget* nextStop(QWidget& from, bool next, const QWidget* end, const Fits& fits
 
 LazyRowList::LazyRowList(QWidget* parent)
     : QAbstractScrollArea(parent) {
+    setAccessibleRole(*this, QAccessible::List);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::StrongFocus);
     verticalScrollBar()->setSingleStep(lineStep);

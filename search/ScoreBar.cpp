@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "search/ScoreBar.h"
 
+#include "ui/AccessibleRole.h"
 #include "ui/Style.h"
 
 #include <QLocale>
@@ -32,6 +33,7 @@ ScoreBar::ScoreBar(float score, QWidget* parent)
     : QWidget(parent)
     , m_parts(scoreBarParts(score)) {
     setFixedSize(barWidth, barHeight);
+    setAccessibleRole(*this, QAccessible::Graphic);
     setAccessibleName(u"Puntuación: "_s + QLocale().toString(m_parts.green, 'f', 1));
     setToolTip(accessibleName());
 }

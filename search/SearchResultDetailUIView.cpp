@@ -8,6 +8,7 @@
 #include "search/InvitationLink.h"
 #include "search/PDFPreviewSheet.h"
 #include "search/ScoreBar.h"
+#include "ui/AccessibleRole.h"
 #include "ui/Figures.h"
 #include "ui/Spinner.h"
 #include "ui/Style.h"
@@ -80,6 +81,7 @@ SearchResultDetailUIView::SearchResultDetailUIView(std::shared_ptr<const Identif
     , m_urls(services.urls)
     , m_cv(m_result, services.records, services.pdfs) {
     setObjectName(u"searchResult"_s);
+    setAccessibleRole(*this, QAccessible::ListItem);
     setAccessibleName(m_result->name + u", "_s + m_result->profession);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/SegmentedControl.h"
 
+#include "ui/AccessibleRole.h"
 #include "ui/Style.h"
 
 #include <QButtonGroup>
@@ -52,6 +53,7 @@ protected:
 SegmentedControl::SegmentedControl(const QStringList& labels, const QString& accessibleName, QWidget* parent)
     : QWidget(parent)
     , m_group(new QButtonGroup(this)) {
+    setAccessibleRole(*this, QAccessible::Grouping);
     setAccessibleName(accessibleName);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     auto* row = new QHBoxLayout(this);

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/Spinner.h"
 
+#include "ui/AccessibleRole.h"
+
 #include <QPainter>
 
 namespace dorvantel {
@@ -15,6 +17,7 @@ Spinner::Spinner(int size, const QColor& color, QWidget* parent)
     , m_size(size, size)
     , m_color(color) {
     setFixedSize(m_size);
+    setAccessibleRole(*this, QAccessible::Animation);
     setAccessibleName(QStringLiteral("En curso"));
     m_timer.setInterval(80);
     connect(&m_timer, &QTimer::timeout, this, [this] {

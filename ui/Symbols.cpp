@@ -3,6 +3,7 @@
 #include "ui/Symbols.h"
 
 #include "platform/Fatal.h"
+#include "ui/AccessibleRole.h"
 
 #include <QDir>
 #include <QHash>
@@ -156,6 +157,7 @@ SymbolView::SymbolView(const File& file, const QColor& colour, int points, QWidg
     , m_name(file.symbol)
     , m_colour(colour)
     , m_points(points) {
+    setAccessibleRole(*this, QAccessible::Graphic);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
@@ -167,8 +169,15 @@ SymbolView* SymbolView::ostrelLogo(const QColor& colour, int points, QWidget* pa
 }
 
 void SymbolView::setShown(bool shown) {
+    if (m_shown == shown) {
+        return;
+    }
     m_shown = shown;
     update();
+    QAccessible::State changed;
+    changed.invisible = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
 }
 
 void SymbolView::setRotation(qreal degrees) {

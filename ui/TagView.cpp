@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/TagView.h"
 
+#include "ui/AccessibleRole.h"
 #include "ui/Style.h"
 
 #include <QKeyEvent>
@@ -83,6 +84,7 @@ private:
 TagView::TagView(const QList<TagViewItem>& tags, QWidget* parent)
     : QWidget(parent)
     , m_tags(tags) {
+    setAccessibleRole(*this, QAccessible::Grouping);
     for (qsizetype i = 0; i < m_tags.size(); ++i) {
         auto* chip = new Chip(m_tags[i].title, m_tags[i].isSelected, this);
         connect(chip, &QPushButton::clicked, this, [this, i] { toggle(i); });

@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QScrollBar>
+#include <QSignalBlocker>
 #include <QStyleOption>
 
 #include <algorithm>
@@ -64,7 +65,8 @@ TokenEditor::TokenEditor(TokenEditorDelegate& delegate, QWidget* parent)
     m_completion->view()->installEventFilter(this);
     QObject::connect(m_completion, &CompletionPopup::chosen, this,
                      [this](const QString& completion) { propose({completion}); });
-    QObject::connect(m_input, &QLineEdit::textEdited, this, &TokenEditor::onTextEdited);
+    // Not textEdited: what a screen reader or a speech program writes is no key press.
+    QObject::connect(m_input, &QLineEdit::textChanged, this, &TokenEditor::onTextEdited);
 }
 
 TokenEditor::~TokenEditor() {
@@ -88,7 +90,7 @@ TokenObjects TokenEditor::objectValue() const {
 void TokenEditor::setObjectValue(const TokenObjects& value) {
     if (value != objectValue()) {
         m_completion->hide();
-        m_input->clear();
+        showText({});
         showTokens(requiredStrings(value));
     }
 }
@@ -113,7 +115,7 @@ QString TokenEditor::text() const {
 }
 
 void TokenEditor::setText(const QString& text) {
-    m_input->setText(text);
+    showText(text);
     relayout();
 }
 
@@ -130,6 +132,11 @@ void TokenEditor::setFieldName(const QString& name) {
 void TokenEditor::setMaximumLines(int lines) {
     m_maximumLines = lines;
     relayout();
+}
+
+void TokenEditor::showText(const QString& text) {
+    const QSignalBlocker blocker(m_input); // nobody wrote it
+    m_input->setText(text);
 }
 
 void TokenEditor::showTokens(const QStringList& tokens) {
@@ -217,7 +224,7 @@ void TokenEditor::commitByTab() {
 
 void TokenEditor::propose(const QStringList& texts, const QString& unfinished) {
     m_completion->hide();
-    m_input->setText(unfinished);
+    showText(unfinished);
     if (!texts.isEmpty()) {
         const TokenObjects added = m_delegate.shouldAdd(tokenObjects(texts), count(), objectValue());
         for (const QString& token : requiredStrings(added)) {

@@ -86,6 +86,7 @@ private:
     void reveal(QWidget* piece);
     void tokensChanged();
 
+    void showText(const QString& text);
     void showTokens(const QStringList& tokens);
     void addChip(const QString& token);
     void dropChip(qsizetype index);

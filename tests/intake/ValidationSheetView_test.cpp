@@ -14,6 +14,7 @@
 #include "ui/TokenEditor.h"
 #include "ui/TokenField2.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
@@ -99,6 +100,13 @@ TEST_F(ValidationSheetTest, EscapeLeavesTheProgressView) {
 TEST_F(ValidationSheetTest, CloseButtonOfTheWindowLeavesTheProgressView) {
     sheet.close();
     EXPECT_FALSE(state.sheetIsShowing());
+}
+
+TEST_F(ValidationSheetTest, ANameThatAScreenReaderWritesCountsAsTyped) {
+    extract();
+    QAccessibleInterface* name = QAccessible::queryAccessibleInterface(field(u"name"_s));
+    name->setText(QAccessible::Value, u"Ana Ruiz Soler"_s);
+    EXPECT_EQ(state.values().name, u"Ana Ruiz Soler"_s);
 }
 
 TEST_F(ValidationSheetTest, CancelLeavesTheSheetAndKeepsTheValues) {

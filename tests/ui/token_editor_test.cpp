@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/ui/TokenEditorFixture.h"
 
+#include <QAccessible>
+
 namespace dorvantel {
 
 using namespace Qt::StringLiterals;
@@ -26,6 +28,12 @@ TEST_F(Editor, ACommaMakesTheTextAToken) {
     type(u"Java,Go,"_s);
     EXPECT_THAT(tokens(), ElementsAre(u"Java"_s, u"Go"_s));
     EXPECT_EQ(editor->text(), QString());
+}
+
+TEST_F(Editor, WhatAScreenReaderWritesCountsAsTyped) {
+    QAccessible::queryAccessibleInterface(input())->setText(QAccessible::Value, u"Go,Ja"_s);
+    EXPECT_THAT(tokens(), ElementsAre(u"Go"_s));
+    EXPECT_EQ(input()->text(), u"Ja"_s);
 }
 
 TEST_F(Editor, ACommaInTheMiddleOfTheTextLeavesTheRestToBeTyped) {
