@@ -222,6 +222,15 @@ void ControlStyle::drawControl(ControlElement element, const QStyleOption* optio
         QProxyStyle::drawControl(element, &accented, painter, widget);
         return;
     }
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    if (element == CE_MenuItem && item && item->menuItemType == QStyleOptionMenuItem::Separator &&
+        item->text.isEmpty()) {
+        // The style beneath darkens the window's colour for it, which on a dark window is not seen.
+        const int y = option->rect.center().y();
+        painter->fillRect(QRect(option->rect.left() + spacing::small, y, option->rect.width() - 2 * spacing::small, 1),
+                          option->palette.color(QPalette::Mid));
+        return;
+    }
     QProxyStyle::drawControl(element, option, painter, widget);
 }
 
