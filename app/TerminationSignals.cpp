@@ -43,7 +43,10 @@ TerminationSignals::TerminationSignals() {
     action.sa_handler = wakeEventLoop;
     action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
     for (std::size_t i = 0; i < handled.size(); ++i) {
-        sigaction(handled[i], &action, &previous[i]);
+        sigaction(handled[i], nullptr, &previous[i]);
+        if (previous[i].sa_handler != SIG_IGN) { // whoever started the program (nohup, say) wants it ignored
+            sigaction(handled[i], &action, nullptr);
+        }
     }
 }
 

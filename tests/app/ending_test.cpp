@@ -16,10 +16,27 @@
 
 namespace dorvantel::test {
 
+/// Notes that the application is told to end.
+class QuitWatch final : public QObject {
+public:
+    QuitWatch() { qApp->installEventFilter(this); }
+    bool seen() const { return m_seen; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        m_seen = m_seen || (watched == qApp && event->type() == QEvent::Quit);
+        return false;
+    }
+
+private:
+    bool m_seen = false;
+};
+
 /// The program in its event loop, which a test leaves as a user does: by closing the window.
 struct EndingTest : DorvantelAppTest {
     bool ended = false;
     bool watched = false;
+    QuitWatch quit;
 
     EndingTest() {
         settings.setOllamaURL(server.url());
@@ -89,6 +106,7 @@ struct EndingTest : DorvantelAppTest {
             EXPECT_FALSE(widget->isVisible()) << qPrintable(widget->objectName());
         }
         EXPECT_EQ(server.heldCount(), 1);
+        EXPECT_FALSE(quit.seen());
         EXPECT_TRUE(server.release());
     }
 
@@ -207,6 +225,50 @@ TEST_F(EndingTest, SignalRightAfterOKStillStoresTheCandidate) {
             EXPECT_TRUE(waitUntil([] { return !topLevel(u"main"_s); }));
             expectRequestThenAnswer("POST");
         });
+}
+
+TEST_F(EndingTest, SignalThatWasIgnoredStaysIgnored) {
+    QProcess process;
+    process.setChildProcessModifier([] { std::signal(SIGHUP, SIG_IGN); });
+    process.start(QStringLiteral(DORVANTEL_BIN_DIR "/dorvantel"), {});
+    ASSERT_TRUE(waitUntil([&] { return process.bytesAvailable() > 0; }, 30'000));
+    QFile status(u"/proc/%1/status"_s.arg(process.processId()));
+    ASSERT_TRUE(status.open(QIODevice::ReadOnly));
+    const QByteArray all = status.readAll();
+    const qsizetype line = all.indexOf("SigIgn:");
+    ASSERT_GE(line, 0);
+    const quint64 ignored = all.mid(line + 7).trimmed().left(16).toULongLong(nullptr, 16);
+    EXPECT_TRUE(ignored & (quint64{1} << (SIGHUP - 1)));
+    process.terminate();
+    EXPECT_TRUE(waitUntil([&] { return process.state() == QProcess::NotRunning; }, 30'000));
+    EXPECT_EQ(process.exitCode(), 0);
+}
+
+TEST_F(EndingTest, WindowMayCloseWithAQuestionOpen) {
+    run([this] {
+        auto* list = program.window().findChild<QListView*>(u"candidateList"_s);
+        list->setCurrentIndex(list->model()->index(2, 0));
+        program.window().deleteCommand();
+        EXPECT_TRUE(topLevel(u"deleteAlert"_s));
+        program.window().close();
+    });
+    EXPECT_EQ(arrived("DELETE"), 0);
+}
+
+TEST_F(EndingTest, WindowMayCloseWithTheErrorOfAnIntakeOpen) {
+    run([this] {
+        program.window().intake().setSheetIsShowing(true);
+        program.window().intake().setProcessingError(u"x"_s);
+        EXPECT_TRUE(topLevel(u"errorAlert"_s));
+        program.window().close();
+    });
+}
+
+TEST_F(EndingTest, WindowMayCloseWhileTheBytesOfACVAreRead) {
+    run([this] {
+        program.window().openCV(file(u"cv.pdf"_s, QByteArray(8 * 1024 * 1024, 'x')));
+        program.window().close();
+    });
 }
 
 TEST_F(EndingTest, IntakeThatRunsIsGivenUpWithTheWindow) {
