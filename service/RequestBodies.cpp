@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "service/RequestBodies.h"
 
+#include "service/Base64.h"
 #include "service/CVText.h"
 #include "service/JsonText.h"
-
-#include <QByteArray>
 
 #include <algorithm>
 #include <array>
@@ -64,16 +63,6 @@ std::expected<void, BodyError> readText(const simdjson::dom::key_value_pair& mem
     return {};
 }
 
-std::expected<std::string, BodyError> decodeBase64(std::string_view text) {
-    const auto decoded =
-        QByteArray::fromBase64Encoding(QByteArray::fromRawData(text.data(), static_cast<qsizetype>(text.size())),
-                                       QByteArray::Base64Encoding | QByteArray::AbortOnBase64DecodingErrors);
-    if (!decoded || text.size() % 4 != 0) {
-        return std::unexpected(BodyError{BodyError::Kind::NotValid, "\"file\" is not base64"});
-    }
-    return decoded.decoded.toStdString();
-}
-
 std::expected<Record, BodyError> checked(Record record) {
     if (record.email.empty()) {
         return std::unexpected(
@@ -116,11 +105,10 @@ std::expected<Record, BodyError> readInsertBody(std::string& body) {
         record.*recordTexts[i].second = *texts[i];
     }
     if (file) {
-        auto bytes = decodeBase64(*file);
-        if (!bytes) {
-            return std::unexpected(bytes.error());
+        record.file = decodedBase64(*file);
+        if (!record.file) {
+            return std::unexpected(BodyError{BodyError::Kind::NotValid, "\"file\" is not base64"});
         }
-        record.file = std::move(*bytes);
     }
     return checked(std::move(record));
 }
@@ -162,9 +150,9 @@ std::string recordJSON(const Record& record) {
         out += ',';
     }
     if (record.file) {
-        const QByteArray bytes =
-            QByteArray::fromRawData(record.file->data(), static_cast<qsizetype>(record.file->size()));
-        appendJSONField(out, fileKey, bytes.toBase64().toStdString());
+        out += "\"file\":\"";
+        appendBase64(out, *record.file);
+        out += '"';
     } else {
         out.pop_back();
     }

@@ -61,8 +61,8 @@ CREATE TABLE embedding_queue (
 ) STRICT;
 )";
 
-// Vectors used to be made of texts with the languages in them, and with the name where the summary mentioned it. All are
-// computed again.
+// Vectors used to be made of texts with the languages in them, and with the name where the summary mentioned it. All
+// are computed again.
 constexpr Migration version2 = R"(
 DELETE FROM vector;
 INSERT OR IGNORE INTO embedding_queue (record) SELECT id FROM record;
