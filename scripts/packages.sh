@@ -18,7 +18,7 @@ test_packages=(
 )
 
 # What making and checking the Debian packages takes beside that of the program.
-package_packages=(dpkg-dev fakeroot file lintian mmdebstrap sudo)
+package_packages=(dpkg-dev fakeroot file lintian mmdebstrap)
 
 # What the benchmarks alone take: yardsticks (any implementation of BLAS does) and a display.
 bench_packages=(libfaiss-dev liblapack-dev libblas-dev xvfb)
