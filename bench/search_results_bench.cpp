@@ -3,6 +3,7 @@
 #include "bench/Report.h"
 #include "data/RecordsService.h"
 #include "platform/PDFOpener.h"
+#include "platform/PDFPageRenderer.h"
 #include "platform/URLOpener.h"
 #include "search/SearchResultDetailUIView.h"
 #include "ui/Style.h"
@@ -30,6 +31,7 @@ struct SilentRecords final : RecordsService {
 };
 struct SilentPDFs final : PDFOpener {
     void open(const QByteArray&, QObject*, Completion) override {}
+    std::unique_ptr<PDFPageRenderer> makeRenderer(std::shared_ptr<const PDFDocument>) const override { return nullptr; }
 };
 struct SilentURLs final : URLOpener {
     bool open(const QUrl&) override { return true; }
