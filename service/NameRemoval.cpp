@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <vector>
 
 namespace dorvantel::service {
@@ -27,6 +26,12 @@ constexpr std::array<QStringView, 2> articles{u"el", u"la"};
 
 /// Parts shorter than this stand in many words by chance.
 constexpr qsizetype shortestPartInside = 3;
+
+/// No name has more words; what has more must not take the time of all others.
+constexpr std::size_t mostNameWords = 50;
+
+/// The part of an e-mail address before the @ can be no longer.
+constexpr qsizetype longestLocalPart = 64;
 
 template <std::size_t count>
 bool isOneOf(const std::array<QStringView, count>& words, QStringView word) {
@@ -66,7 +71,10 @@ std::vector<Word> wordsOf(const QString& text) {
         while (at < text.size() && isInWord(text[at])) {
             ++at;
         }
-        words.push_back({begin, at, folded(QStringView(text).sliced(begin, at - begin)), text[begin].isLower()});
+        QString plain = folded(QStringView(text).sliced(begin, at - begin));
+        if (!plain.isEmpty()) { // marks alone
+            words.push_back({begin, at, std::move(plain), text[begin].isLower()});
+        }
     }
     return words;
 }
@@ -76,6 +84,7 @@ class Name {
 public:
     Name(const QString& name, const QString& email)
         : m_words(wordsOf(name)) {
+        m_words.resize(std::min(m_words.size(), mostNameWords));
         const QString local = folded(email.section(u'@', 0, 0));
         QString letters = local;
         letters.removeIf([](QChar character) { return !character.isLetter(); });
@@ -85,7 +94,8 @@ public:
         }
         // One that is a word of the name is found as that word.
         const bool isWord = std::ranges::find(m_words, local, &Word::text) != m_words.end();
-        if (!isWord && (holdsPart(letters) || (initials.size() > 1 && letters == initials))) {
+        if (local.size() <= longestLocalPart && !isWord &&
+            (holdsPart(letters) || (initials.size() > 1 && letters == initials))) {
             m_handle = local;
         }
     }
@@ -175,35 +185,48 @@ private:
     qsizetype m_at = 0;
 };
 
-QString withoutMatches(const QString& text, const QRegularExpression& expression,
-                       const std::function<bool(const QString&)>& goes) {
+/// E-mail and web addresses, and what may be the name of an account: pieces between blanks, brackets, quotes and
+/// commas.
+QString withoutAddresses(const QString& text, const Name& name) {
+    constexpr QStringView around = u"<>()[]{}\"',;|";
+    constexpr QStringView closing = u".:!?";
+    const auto isAround = [&](QChar character) { return character.isSpace() || around.contains(character); };
     Cutter cutter(text);
-    for (auto matches = expression.globalMatch(text); matches.hasNext();) {
-        const auto match = matches.next();
-        if (goes(match.captured())) {
-            cutter.cut(match.capturedStart(), match.capturedEnd());
+    for (qsizetype at = 0; at < text.size();) {
+        qsizetype end = at;
+        while (end < text.size() && !isAround(text[end])) {
+            ++end;
         }
+        QStringView piece = QStringView(text).sliced(at, end - at);
+        while (!piece.isEmpty() && closing.contains(piece.back())) {
+            piece.chop(1);
+        }
+        const bool isMail = piece.indexOf(u'@', 1) > 0 && !piece.endsWith(u'@');
+        const bool isWeb = piece.contains(u"://") || piece.startsWith(u"www.", Qt::CaseInsensitive);
+        const qsizetype dot = piece.indexOf(u'.');
+        const bool mayHoldName = piece.startsWith(u'@') || (dot >= 0 && piece.indexOf(u'/', dot) > 0);
+        if (isMail || isWeb || (mayHoldName && name.isIn(piece.toString()))) {
+            cutter.cut(at, at + piece.size());
+        }
+        at = end + 1;
     }
     return cutter.rest();
 }
 
-QString withoutContact(const QString& text, const Name& name) {
-    static const QRegularExpression mail(
-        uR"([^\s<>()\[\]{}"',;:|/]+@[^\s<>()\[\]{}"',;:|/]*[^\s<>()\[\]{}"',;:|/.])"_s);
-    static const QRegularExpression web(
-        uR"((?<![^\s(<\[])[^\s<>()\[\]"',;]*(?:\.[^\s<>()\[\]"',;]*/|://|[Ww]{3}\.|@)[^\s<>()\[\]"',;]*)"_s);
-    const auto always = [](const QString&) { return true; };
-    const QString withoutMail = withoutMatches(text, mail, always);
-    const QString withoutWeb = withoutMatches(withoutMail, web, [&name](const QString& address) {
-        return address.contains(u"://"_s) || address.startsWith(u"www."_s, Qt::CaseInsensitive) || name.isIn(address);
-    });
-    if (name.handle().isEmpty()) {
-        return withoutWeb;
+/// The part of the e-mail before the @, where it stands by itself.
+QString withoutHandle(const QString& text, const QString& handle) {
+    if (handle.isEmpty()) {
+        return text;
     }
-    const QRegularExpression handle(
-        u"(?<![\\w.@-])"_s + QRegularExpression::escape(name.handle()) + u"(?![\\w@]|[.-]\\w)"_s,
+    const QRegularExpression expression(
+        u"(?<![\\w.@-])"_s + QRegularExpression::escape(handle) + u"(?![\\w@]|[.-]\\w)"_s,
         QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
-    return withoutMatches(withoutWeb, handle, always);
+    Cutter cutter(text);
+    for (auto matches = expression.globalMatch(text); matches.hasNext();) {
+        const auto match = matches.next();
+        cutter.cut(match.capturedStart(), match.capturedEnd());
+    }
+    return cutter.rest();
 }
 
 QString withoutName(const QString& text, const Name& name) {
@@ -243,9 +266,12 @@ QString withoutName(const QString& text, const Name& name) {
 } // namespace
 
 std::string withoutNameAndEmail(std::string_view text, std::string_view name, std::string_view email) {
-    const auto decoded = [](std::string_view utf8) { return QString::fromUtf8(utf8.data(), std::ssize(utf8)); };
+    const auto decoded = [](std::string_view utf8) {
+        return QString::fromUtf8(QByteArrayView(utf8.begin(), utf8.end()));
+    };
     const Name ownName(decoded(name), decoded(email));
-    return withoutName(withoutContact(decoded(text), ownName), ownName).toStdString();
+    const QString withoutContact = withoutHandle(withoutAddresses(decoded(text), ownName), ownName.handle());
+    return withoutName(withoutContact, ownName).toStdString();
 }
 
 } // namespace dorvantel::service

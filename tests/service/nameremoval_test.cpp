@@ -81,7 +81,7 @@ TEST(WithoutNameAndEmail, SentenceThatEndsWithTheNameAndOneThatBeginsWithItStayT
 
 TEST(WithoutNameAndEmail, EveryEmailAddressGoes) {
     EXPECT_EQ(kept("Contacto: Maria.Garcia82@Correo.example."), "Contacto: .");
-    EXPECT_EQ(kept("(mgl@otro.example) o <mailto:maria.garcia82@correo.example>"), "() o <mailto:>");
+    EXPECT_EQ(kept("(mgl@otro.example) o <mailto:maria.garcia82@correo.example>"), "() o <>");
     EXPECT_EQ(kept("arroba @ sola"), "arroba @ sola");
 }
 
@@ -106,6 +106,22 @@ TEST(WithoutNameAndEmail, WhatLooksLikeAnAddressGoesWhereItHoldsTheName) {
     EXPECT_EQ(kept("red.example/in/maria-g y más"), "y más");
     EXPECT_EQ(kept("cuenta @GarciaLopez"), "cuenta ");
     EXPECT_EQ(kept("Node.js/React, CI/CD, @angular/core"), "Node.js/React, CI/CD, @angular/core");
+}
+
+TEST(WithoutNameAndEmail, HugeTextsTakeNoMoreThanTheirSize) {
+    const std::string dots(1'000'000, '.');
+    EXPECT_EQ(kept(dots), dots);
+    EXPECT_EQ(kept(dots + "/@").size(), dots.size() + 2);
+    std::string words;
+    for (int i = 0; i < 100'000; ++i) {
+        words += "Ana ";
+    }
+    EXPECT_EQ(withoutNameAndEmail(words, words, words), "");
+}
+
+TEST(WithoutNameAndEmail, NameWithoutLettersIsNoName) {
+    EXPECT_EQ(withoutNameAndEmail("a\u0301 \u0301 . Ana", "\u0301 . \u0301", "\u0301@"), "a\u0301 \u0301 . Ana");
+    EXPECT_EQ(withoutNameAndEmail("Ana \xff\xfe", "\xff", "\xff@\xff"), "Ana \uFFFD\uFFFD");
 }
 
 TEST(WithoutNameAndEmail, SameTextRemainsWhateverTheName) {
