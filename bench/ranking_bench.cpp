@@ -121,23 +121,25 @@ public:
         std::vector<float> vector(dimension);
         for (std::size_t i = 0; i < count; ++i) {
             samples.next(vector);
-            m_rows.append(static_cast<std::int64_t>(i) + 1, vector);
+            m_index.put(static_cast<std::int64_t>(i) + 1, vector);
         }
-        for (std::size_t row = filterStep / 2; row < count; row += filterStep) {
-            m_filtered.push_back(row);
+        std::vector<std::int64_t> some;
+        for (std::size_t id = filterStep; id <= count; id += filterStep) {
+            some.push_back(static_cast<std::int64_t>(id));
         }
+        m_filtered = std::move(some);
         checkAgreement();
-        m_bounded =
-            measure("bounded", [this] { benchmark::DoNotOptimize(bestRows(m_rows, m_queries.next(), {}, best)); });
+        m_bounded = measure("bounded", [this] { benchmark::DoNotOptimize(m_index.best(m_queries.next(), {}, best)); });
         m_few = measure("bounded-filtered",
-                        [this] { benchmark::DoNotOptimize(bestRows(m_rows, m_queries.next(), m_filtered, best)); });
-        m_plain = measure("plain", [this] { benchmark::DoNotOptimize(plainBestFive(m_rows, m_queries.next())); });
+                        [this] { benchmark::DoNotOptimize(m_index.best(m_queries.next(), m_filtered, best)); });
+        m_plain =
+            measure("plain", [this] { benchmark::DoNotOptimize(plainBestFive(m_index.rows(), m_queries.next())); });
 #ifdef DORVANTEL_BENCH_HAS_FAISS
-        m_faiss = std::make_unique<FaissScan>(m_rows);
+        m_faiss = std::make_unique<FaissScan>(m_index.rows());
         m_faissTime = measure("faiss", [this] { m_faiss->search(m_queries.next()); });
 #endif
         if (withSqlite) {
-            m_sqlite = std::make_unique<SqliteScan>(m_rows);
+            m_sqlite = std::make_unique<SqliteScan>(m_index.rows());
             m_sqliteTime = measure("sqlite", [this] { m_sqlite->search(m_queries.next()); });
         }
     }
@@ -169,8 +171,8 @@ private:
     /// A fast answer that is wrong is worth nothing.
     void checkAgreement() const {
         for (const std::vector<float>& query : m_queries.all()) {
-            const auto found = bestRows(m_rows, query, {}, best);
-            const BestFive plain = plainBestFive(m_rows, query);
+            const auto found = m_index.best(query, {}, best);
+            const BestFive plain = plainBestFive(m_index.rows(), query);
             for (std::size_t i = 0; i < best; ++i) {
                 if (std::abs(found[i].score - scoreOf(static_cast<double>(plain[i].first))) > 1e-3F) {
                     throw std::runtime_error("the bounded scan of " + m_name + " does not find the best rows");
@@ -182,8 +184,8 @@ private:
     Report& m_report;
     std::string m_name;
     Queries m_queries;
-    VectorRows m_rows;
-    std::vector<std::size_t> m_filtered;
+    VectorIndex m_index;
+    SomeIds m_filtered;
     Report::Measurement m_bounded = 0;
     Report::Measurement m_few = 0;
     Report::Measurement m_plain = 0;

@@ -17,6 +17,7 @@ public:
     /// The length of its vectors; 0 while there are none.
     std::size_t dimension() const { return m_rows.dimension(); }
     std::size_t size() const { return m_rows.size(); }
+    const VectorRows& rows() const { return m_rows; }
 
     /// Takes or replaces a vector, which has the length of the others.
     void put(std::int64_t id, std::span<const float> vector);
