@@ -62,7 +62,7 @@ TEST_F(BackupTest, WhileAServiceWritesItIsOneMomentOfTheStore) {
     SqliteStore store(folder.store(), "m");
     std::atomic<bool> isDone = false;
     std::jthread writer([&] {
-        // At every moment both are there or none is: each insert replaces, and the version in the name says which.
+        // At every moment the PDF is that of the version that the name tells.
         for (int i = 0; !isDone; ++i) {
             Record record = makeRecord("new@x");
             record.name = "Name " + std::to_string(i);
