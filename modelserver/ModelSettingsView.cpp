@@ -76,6 +76,7 @@ ModelSettingsView::ModelSettingsView(AppSettings& settings, HttpSession& session
     auto* scrolling = new QScrollArea;
     scrolling->setWidgetResizable(true);
     scrolling->setFrameShape(QFrame::NoFrame);
+    scrolling->setFocusPolicy(Qt::NoFocus); // it follows the focus of what is in it
     scrolling->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scrolling->setWidget(form);
     auto* whole = new QVBoxLayout(this);

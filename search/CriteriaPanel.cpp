@@ -100,6 +100,7 @@ QWidget* CriteriaPanel::makeGenderRow() {
         if (checked) {
             m_criteria.genderRequired = static_cast<Gender>(id);
             m_figure->setText(figureOf(m_criteria.genderRequired));
+            m_figure->setAccessibleName(m_genders->button(id)->text());
             refreshTokenFields();
         }
     });

@@ -101,6 +101,7 @@ QWidget* SearchResultDetailUIView::makeHeader() {
     auto* figure = new QLabel(candidateFigure(m_result->jsonCVData.gender));
     figure->setObjectName(u"figure"_s);
     figure->setFont(emojiFont(emojiPoints));
+    figure->setAccessibleName(m_result->jsonCVData.gender == u"Masculino" ? u"Hombre"_s : u"Mujer"_s);
 
     auto* texts = new QVBoxLayout;
     texts->setSpacing(2);

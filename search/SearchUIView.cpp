@@ -39,6 +39,7 @@ class GivingWay final : public QScrollArea {
 public:
     explicit GivingWay(QWidget* content) {
         setFrameShape(NoFrame);
+        setFocusPolicy(Qt::NoFocus); // it follows the focus of what is in it
         setWidgetResizable(true);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
