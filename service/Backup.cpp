@@ -19,6 +19,26 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// What SQLite keeps beside a file that is not closed.
+constexpr std::array logSuffixes{"-wal", "-shm", "-journal"};
+
+void refuseStore(const fs::path& file, const fs::path& store) {
+    std::error_code missing;
+    if (fs::equivalent(file, store, missing)) {
+        throw FileError(file.string() + ": it is the store itself");
+    }
+}
+
+/// A new file beside an old log would be taken for the one that the log belongs to.
+void refuseOpenFile(const fs::path& file) {
+    for (const char* const suffix : logSuffixes) {
+        if (fs::exists(file.string() + suffix)) {
+            throw FileError(file.string() + ": it is in use as a store, or was not closed: " + file.string() + suffix +
+                            " is beside it");
+        }
+    }
+}
+
 /// In one step, so that a service that writes all the time cannot make the copy begin again and again; in a write-ahead
 /// log the copy's reading holds nobody up.
 void copyDatabase(const SqliteDatabase& from, const SqliteDatabase& to) {
@@ -79,13 +99,17 @@ void closeInOrder(const fs::path& store) {
     }
 }
 
-fs::path keepAside(const fs::path& store) {
+/// Gives the store another name, with what is left of its log: beside another file, SQLite would put that into it.
+std::optional<fs::path> keepAside(const fs::path& store) {
     closeInOrder(store);
     fs::path aside = asideName(store);
-    for (const char* const suffix : {"-wal", "-shm", "-journal"}) {
+    for (const char* const suffix : logSuffixes) {
         if (fs::exists(store.string() + suffix)) {
             fs::rename(store.string() + suffix, aside.string() + suffix);
         }
+    }
+    if (!fs::exists(store)) {
+        return std::nullopt;
     }
     // A second name first, so that at no moment the store is missing: a service would begin an empty one.
     if (link(store.c_str(), aside.c_str()) != 0) {
@@ -98,6 +122,8 @@ fs::path keepAside(const fs::path& store) {
 
 std::int64_t backUp(const fs::path& store, const fs::path& file, bool isReplacing) {
     const SqliteDatabase from = openForReading(store.string());
+    refuseStore(file, store);
+    refuseOpenFile(file);
     NewFile made(file, isReplacing ? NewFile::Kind::Replacement : NewFile::Kind::File);
     StoreReport report;
     try {
@@ -120,10 +146,7 @@ std::int64_t backUp(const fs::path& store, const fs::path& file, bool isReplacin
 
 Restored restore(const fs::path& file, const fs::path& store) {
     const StoreLock lock(store);
-    std::error_code missing;
-    if (fs::equivalent(file, store, missing)) {
-        throw FileError(file.string() + ": it is the store itself");
-    }
+    refuseStore(file, store);
     NewFile made(store, NewFile::Kind::Replacement);
     StoreReport report;
     try {
@@ -146,10 +169,7 @@ Restored restore(const fs::path& file, const fs::path& store) {
     if (!report.problems.empty()) {
         throw FileError(file.string() + ": " + report.problems.front());
     }
-    Restored restored{.candidates = report.candidates, .keptAside = std::nullopt};
-    if (fs::exists(store)) {
-        restored.keptAside = keepAside(store);
-    }
+    Restored restored{.candidates = report.candidates, .keptAside = keepAside(store)};
     made.putInPlace();
     return restored;
 }

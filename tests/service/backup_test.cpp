@@ -89,6 +89,23 @@ TEST_F(BackupTest, NameThatIsTakenIsRefusedUnlessItMayBeReplaced) {
     EXPECT_EQ(at(backup(), "SELECT count(*) FROM record"), "2");
 }
 
+TEST_F(BackupTest, NeitherTheStoreNorAFileThatIsInUseIsReplaced) {
+    const std::string before = fileBytes(folder.store());
+    fs::create_symlink(folder.store(), folder.path() / "link");
+    for (const fs::path& same : {folder.store(), folder.path() / "link"}) {
+        EXPECT_EQ(messageOf<FileError>([&] { backUp(folder.store(), same, true); }),
+                  same.string() + ": it is the store itself");
+    }
+    EXPECT_EQ(fileBytes(folder.store()), before);
+    backUp(folder.store(), backup(), false);
+    SqliteStore used(backup(), "");
+    ASSERT_TRUE(used.insert(makeRecord("late@x")));
+    EXPECT_EQ(messageOf<FileError>([this] { backUp(folder.store(), backup(), true); }),
+              backup().string() + ": it is in use as a store, or was not closed: " + backup().string() +
+                  "-wal is beside it");
+    EXPECT_EQ(rowsOf(used).size(), 3U);
+}
+
 TEST_F(BackupTest, FailureLeavesNoFileAndTheEarlierBackupAsItWas) {
     std::ofstream(backup()) << "the earlier one";
     EXPECT_THAT(messageOf<FileError>([this] { backUp(folder.store(), folder.path() / "no" / "folder", false); }),
@@ -174,6 +191,22 @@ TEST_F(BackupTest, DamagedStoreIsKeptAsItIsWhenABackupTakesItsPlace) {
     EXPECT_EQ(fileBytes(restored.keptAside->string() + "-wal"), "its log");
     SqliteStore store(folder.store(), "m");
     EXPECT_THAT(emailsOf(store), ElementsAre("ana@x", "bea@x"));
+}
+
+TEST_F(BackupTest, LogOfAStoreThatIsGoneNeverGetsIntoTheRestoredOne) {
+    backUp(folder.store(), backup(), false);
+    std::string log;
+    {
+        SqliteStore store(folder.store(), "m");
+        ASSERT_TRUE(store.insert(makeRecord("late@x")));
+        log = fileBytes(folder.store().string() + "-wal");
+    }
+    fs::remove(folder.store());
+    std::ofstream(folder.store().string() + "-wal") << log;
+    EXPECT_EQ(restore(backup(), folder.store()).keptAside, std::nullopt);
+    SqliteStore store(folder.store(), "m");
+    EXPECT_THAT(emailsOf(store), ElementsAre("ana@x", "bea@x"));
+    EXPECT_EQ(value("PRAGMA integrity_check"), "ok");
 }
 
 TEST_F(BackupTest, WhatIsNoSoundBackupIsRefusedAndTheStoreStays) {
