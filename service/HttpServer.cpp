@@ -8,15 +8,14 @@
 #include <cstring>
 
 #include <httplib.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace dorvantel::service {
 
 namespace {
 
-/// Every connection holds a thread while it is open, so there are many and idle connections end early.
-constexpr std::size_t threads = 64;
-constexpr time_t idleSeconds = 2;
-constexpr time_t stallSeconds = 10;
 constexpr int backlog = 512;
 
 /// With the charset, because the library would compress a bare "application/json" for every client that allows it,
@@ -87,12 +86,13 @@ std::expected<std::string, HttpAnswer> readBody(const httplib::Request& request,
     std::string body;
     body.reserve(firstRoom(request));
     bool isTooLarge = false;
+    // Of a request that is refused anyway, the whole body passes by.
     const auto take = [&](const char* data, std::size_t size) {
         isTooLarge = isTooLarge || body.size() + size > limit;
         if (!isTooLarge) {
             body.append(data, size);
         }
-        return true;
+        return !isTooLarge || limit == 0;
     };
     const bool isWhole =
         request.is_multipart_form_data() ? reader([](const auto&) { return true; }, take) : reader(take);
@@ -119,23 +119,102 @@ httplib::Server::HandlerResponse completeError(const httplib::Request&, httplib:
 
 } // namespace
 
-/// The library's server with a longer queue of connections than it was built with.
+/// The library's server without its own way of taking connections, which knows neither limits nor who comes.
 class HttpServer::Listener : public httplib::Server {
 public:
+    Listener(const Settings& settings, const LogLine& log)
+        : m_allowed(settings.allowed)
+        , m_limits(settings.client)
+        , m_log(log)
+        , m_connections(settings.connections, [this](int socket) { serve(socket); }) {
+        m_limits.body = settings.bodyLimit;
+        set_keep_alive_timeout(std::chrono::ceil<std::chrono::seconds>(m_limits.idle).count());
+    }
+    ~Listener() override { cut(); }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    /// Longer than the library's own, so that many can connect at once.
     void lengthenQueue() { ::listen(svr_sock_, backlog); }
+
+    /// Takes connections until `stopAccepting`.
+    void acceptAll() {
+        while (!m_isStopping) {
+            sockaddr_storage peer{};
+            socklen_t size = sizeof peer;
+            const int socket =
+                ::accept4(svr_sock_, reinterpret_cast<sockaddr*>(&peer), &size, SOCK_NONBLOCK | SOCK_CLOEXEC);
+            if (socket < 0) {
+                waitForRoom();
+            } else if (const ClientAddress client = clientAddress(peer);
+                       !isAllowed(client, m_allowed) || !m_connections.add(socket, client)) {
+                ::close(socket);
+            }
+        }
+    }
+
+    void stopAccepting() {
+        m_isStopping = true;
+        ::shutdown(svr_sock_, SHUT_RDWR); // wakes accept4
+    }
+
+    /// Ends every connection and the place where they came in; only when nothing is accepted any more.
+    void cut() {
+        m_connections.end();
+        if (const int socket = svr_sock_.exchange(INVALID_SOCKET); socket != INVALID_SOCKET) {
+            ::close(socket);
+        }
+    }
+
+private:
+    /// A failed accept is no reason to end; being out of descriptors or memory is one to let others finish.
+    void waitForRoom() const {
+        constexpr int pauseMs = 10;
+        if (!m_isStopping && errno != ECONNABORTED && errno != EINTR) {
+            ::poll(nullptr, 0, pauseMs);
+        }
+    }
+
+    void serve(int socket) {
+        try {
+            ClientStream stream(socket, m_limits);
+            while (serveRequest(stream)) {
+            }
+            stream.linger();
+        } catch (const std::exception&) {
+            m_log("a connection failed unexpectedly");
+        }
+    }
+
+    /// False when the connection is at its end.
+    bool serveRequest(ClientStream& stream) {
+        const auto head = stream.nextRequest();
+        if (!head) {
+            if (head.error()) {
+                stream.sendLast(*head.error());
+            }
+            return false;
+        }
+        // Behind a broken chunk, or a body that is not read, nobody could tell where the next request begins.
+        const bool isLast = head->isChunked || head->bodyLength > m_limits.body;
+        bool isClosedByClient = false;
+        const bool isAnswered = process_request(stream, isLast, isClosedByClient, nullptr);
+        return isAnswered && !isLast && !isClosedByClient && stream.isAtRequestEnd();
+    }
+
+    std::vector<ClientNetwork> m_allowed;
+    ClientLimits m_limits;
+    LogLine m_log;
+    std::atomic<bool> m_isStopping = false;
+    Connections m_connections;
 };
 
 HttpServer::HttpServer(const Settings& settings, LogLine log)
     : m_settings(settings)
     , m_gate(settings.host)
     , m_log(std::move(log))
-    , m_listener(std::make_unique<Listener>()) {
-    m_listener->new_task_queue = [] { return new httplib::ThreadPool(threads); };
-    m_listener->set_keep_alive_timeout(idleSeconds);
+    , m_listener(std::make_unique<Listener>(settings, m_log)) {
     m_listener->set_keep_alive_max_count(100'000);
-    m_listener->set_read_timeout(stallSeconds);
-    m_listener->set_write_timeout(stallSeconds);
-    m_listener->set_tcp_nodelay(true);
     m_listener->set_payload_max_length(settings.bodyLimit);
     // The library's own choice lets a second service take the same port.
     m_listener->set_socket_options([](socket_t socket) {
@@ -205,21 +284,15 @@ std::string HttpServer::url() const {
 
 void HttpServer::start(const RecordsApi& api) {
     m_api = &api;
-    m_thread = std::thread([this] {
-        m_listener->listen_after_bind();
-        m_hasEnded = true;
-    });
-    // Before the library says that it runs, stopping it would do nothing.
-    while (!m_listener->is_running() && !m_hasEnded) {
-        std::this_thread::yield();
-    }
+    m_thread = std::thread([this] { m_listener->acceptAll(); });
 }
 
 void HttpServer::stop() {
     if (m_thread.joinable()) {
-        m_active.drain(); // the library would cut answers that are still being sent
-        m_listener->stop();
+        m_active.drain(); // whoever comes now is told that the service is stopping
+        m_listener->stopAccepting();
         m_thread.join();
+        m_listener->cut();
     }
 }
 

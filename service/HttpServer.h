@@ -3,10 +3,11 @@
 #pragma once
 
 #include "service/ActiveRequests.h"
+#include "service/ClientStream.h"
+#include "service/Connections.h"
 #include "service/Gate.h"
 #include "service/RecordsApi.h"
 
-#include <atomic>
 #include <cstddef>
 #include <expected>
 #include <functional>
@@ -14,6 +15,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 namespace dorvantel::service {
 
@@ -26,6 +28,9 @@ public:
         std::string host = "127.0.0.1";
         int port = 8765;                                       ///< 0: a free one
         std::size_t bodyLimit = std::size_t{64} * 1024 * 1024; ///< in bytes; a larger body is 413
+        Connections::Limits connections = {};
+        ClientLimits client = {};                ///< its body limit is the one above
+        std::vector<ClientNetwork> allowed = {}; ///< who may connect beside loopback
     };
 
     /// `log` is called on any thread, with lines that hold nothing of any record.
@@ -44,7 +49,7 @@ public:
 
     /// `api` must live until `stop` has returned.
     void start(const RecordsApi& api);
-    /// Takes no more requests, finishes those that run and returns. Idle connections may delay it by two seconds.
+    /// Takes no more requests, finishes those that run, cuts the connections and returns.
     void stop();
 
 private:
@@ -62,7 +67,6 @@ private:
     ActiveRequests m_active;
     std::unique_ptr<Listener> m_listener;
     std::thread m_thread;
-    std::atomic<bool> m_hasEnded = false;
     int m_port = 0;
 };
 

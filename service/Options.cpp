@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <ranges>
 
 namespace dorvantel::service {
 
@@ -17,8 +18,10 @@ using Error = std::expected<void, std::string>;
 constexpr std::size_t megabyte = std::size_t{1024} * 1024;
 constexpr std::size_t largestBodyLimit = 1024;
 
-constexpr std::array<OptionText, 7> allOptions{{
+constexpr std::array<OptionText, 8> allOptions{{
     {"--listen", "HOST:PORT", "the address to listen on (default 127.0.0.1:8765); port 0 takes a free one"},
+    {"--allow", "CIDR",
+     "a network whose clients may connect beside this machine's own; may be repeated, commas separate several"},
     {"--store", "PATH",
      "the file to keep the candidates in (default: dorvantel/records.sqlite in the user's data folder)"},
     {"--model-server", "URL", "the model server that computes vectors (default http://localhost:11434)"},
@@ -35,6 +38,17 @@ Error setListen(Options& options, std::string_view value) {
     }
     options.http.host = parsed->host;
     options.http.port = *parsed->port;
+    return {};
+}
+
+Error addAllowed(Options& options, std::string_view value) {
+    for (const auto part : std::views::split(value, ',')) {
+        const auto network = parseClientNetwork(std::string_view(part));
+        if (!network) {
+            return std::unexpected("--allow takes networks such as 192.168.1.0/24 or fd00::/8: " + network.error());
+        }
+        options.http.allowed.push_back(*network);
+    }
     return {};
 }
 
@@ -67,12 +81,25 @@ Error setBodyLimit(Options& options, std::string_view value) {
     return {};
 }
 
+/// Whoever lets other machines in says which ones.
+Error checkReach(const Options& options) {
+    if (isLoopback(options.http.host) || !options.http.allowed.empty()) {
+        return {};
+    }
+    return std::unexpected("--listen " + options.http.host +
+                           " is open to other machines: name the networks of the clients with --allow, for example "
+                           "--allow 192.168.1.0/24");
+}
+
 Error set(Options& options, std::string_view name, std::string_view value) {
     if (value.empty()) {
         return std::unexpected(std::string(name) + " needs a value");
     }
     if (name == "--listen") {
         return setListen(options, value);
+    }
+    if (name == "--allow") {
+        return addAllowed(options, value);
     }
     if (name == "--store") {
         return setStore(options, value);
@@ -142,6 +169,9 @@ std::expected<Options, std::string> parseOptions(std::span<const std::string_vie
         if (const Error result = set(options, name, value); !result) {
             return std::unexpected(result.error());
         }
+    }
+    if (const Error result = checkReach(options); !result) {
+        return std::unexpected(result.error());
     }
     return options;
 }

@@ -44,6 +44,39 @@ TEST(ParseOptions, EveryOptionInBothForms) {
     }
 }
 
+TEST(ParseOptions, AllowedNetworksAddUp) {
+    const auto options = parse({"--allow", "10.0.0.0/8,fd00::/8", "--allow=192.168.1.7", "--listen", "0.0.0.0:1"});
+    ASSERT_TRUE(options) << options.error();
+    EXPECT_EQ(options->http.allowed, (std::vector{*parseClientNetwork("10.0.0.0/8"), *parseClientNetwork("fd00::/8"),
+                                                  *parseClientNetwork("192.168.1.7/32")}));
+    EXPECT_TRUE(parse({"--allow", "10.0.0.0/8"})->http.allowed.size() == 1) << "loopback may name them in advance";
+}
+
+TEST(ParseOptions, ListeningBeyondLoopbackDemandsTheNetworksOfTheClients) {
+    for (const std::string host : {"0.0.0.0", "192.168.1.5", "records.example"}) {
+        EXPECT_EQ(parse({"--listen", host + ":8765"}).error(),
+                  "--listen " + host +
+                      " is open to other machines: name the networks of the clients with --allow, for example --allow "
+                      "192.168.1.0/24");
+    }
+    EXPECT_FALSE(parse({"--listen", "[::]:8765"}));
+    for (const char* const listen : {"127.9.9.9:1", "localhost:1", "[::1]:1"}) {
+        EXPECT_TRUE(parse({"--listen", listen})) << listen;
+    }
+    EXPECT_TRUE(parse({"--listen", "[::]:8765", "--allow", "fd00::/8"}));
+    EXPECT_TRUE(parse({"--allow", "fd00::/8", "--listen", "[::]:8765"})) << "in either order";
+}
+
+TEST(ParseOptions, BadNetworkSaysWhatIsWrongWithIt) {
+    const std::string takes = "--allow takes networks such as 192.168.1.0/24 or fd00::/8: ";
+    EXPECT_EQ(parse({"--allow", "office"}).error(), takes + "\"office\" is no address");
+    EXPECT_EQ(parse({"--allow", "10.0.0.0/8,"}).error(), takes + "\"\" is no address");
+    EXPECT_EQ(parse({"--allow", "10.0.0.0/8, fd00::/8"}).error(), takes + "\" fd00::\" is no address");
+    EXPECT_EQ(parse({"--allow", "10.0.0.1/8"}).error(),
+              takes + "\"10.0.0.1/8\" has bits behind its prefix; the network is 10.0.0.0/8");
+    EXPECT_EQ(parse({"--allow"}).error(), "--allow needs a value");
+}
+
 TEST(ParseOptions, HelpAndVersion) {
     EXPECT_TRUE(parse({"--help"})->showHelp);
     EXPECT_TRUE(parse({"--version"})->showVersion);
