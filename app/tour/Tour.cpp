@@ -67,7 +67,11 @@ Tour::Tour(const QDir& out, const QSize& windowSize)
 }
 
 void Tour::openWindow() {
-    m_app.reset();
+    if (m_app) {
+        // Hidden and not gone: what it stores may still be under way.
+        window().hide();
+        m_earlier.push_back(std::move(m_app));
+    }
     m_app = std::make_unique<DorvantelApp>(AppSettings::shared(), m_companions.recordsUrl());
     window().resize(m_windowSize);
     window().show();

@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace dorvantel {
 
@@ -59,6 +60,7 @@ private:
     QSize m_windowSize;
     Companions m_companions;
     MailCatcher m_mail;
+    std::vector<std::unique_ptr<DorvantelApp>> m_earlier; ///< as before restarts of the program
     std::unique_ptr<DorvantelApp> m_app;
     int m_pictures = 0;
 };
