@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -24,6 +25,16 @@ constexpr int usageError = 2;
 int refuse(const char* why) {
     std::fprintf(stderr, "dorvantel-tour: %s\n", why);
     return usageError;
+}
+
+/// A screen on which every window of the tour finds room at two pixels a point; dialogs fold their texts by its width.
+QString screenFile(const QTemporaryDir& folder) {
+    QFile file(folder.filePath(u"screen.json"_s));
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(R"({"screens":[{"name":"tour","x":0,"y":0,"width":5120,"height":2880,)"
+                   R"("logicalDpi":96,"logicalBaseDpi":96,"dpr":1}]})");
+    }
+    return file.fileName();
 }
 
 std::optional<QSize> sizeOf(const QString& text) {
@@ -58,7 +69,7 @@ int main(int argc, char** argv) {
     const QTemporaryDir home;
     qputenv("XDG_CONFIG_HOME", home.filePath(u"config"_s).toUtf8());
     qputenv("XDG_DATA_HOME", home.filePath(u"data"_s).toUtf8());
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screenFile(home).toUtf8());
 
     QApplication application(argc, argv);
     QCommandLineParser parser;
