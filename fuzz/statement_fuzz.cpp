@@ -21,6 +21,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(!plan->best || *plan->best == 5, "only the best five can be asked for");
     const std::string text = dorvantel::test::statementText(*plan);
     require(plan->similarTo || text == sql, "a plan without a vector has one text");
-    require(parseStatement(text) == plan, "the text of a plan asks for that plan");
+    require(parseStatement(text) == *plan, "the text of a plan asks for that plan");
     return 0;
 }

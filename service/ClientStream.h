@@ -13,13 +13,6 @@
 
 namespace dorvantel::service {
 
-/// What a client may cost.
-struct ClientLimits {
-    std::chrono::milliseconds idle{2'000};      ///< without a byte of a next request
-    std::chrono::milliseconds patience{10'000}; ///< for a whole head; for a body and an answer as Patience has it
-    std::size_t body = 0;                       ///< in bytes
-};
-
 /// A client's connection as the HTTP library reads and writes it: one request after the other, each with a known end
 /// behind which the library cannot read, and none slower than the limits have it. The socket is its maker's. One
 /// thread.

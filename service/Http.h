@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// What the service sees of HTTP. Only HttpServer knows the library that speaks it.
+/// What the service sees of HTTP. Only HttpServer and its ClientStream know the library that speaks it.
 namespace dorvantel::service {
 
 struct HttpRequest {

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "service/HttpServer.h"
 
+#include "service/ClientStream.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cerrno>

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "service/ActiveRequests.h"
-#include "service/ClientStream.h"
 #include "service/Connections.h"
 #include "service/Gate.h"
+#include "service/Patience.h"
 #include "service/RecordsApi.h"
 
 #include <cstddef>

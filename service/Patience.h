@@ -34,4 +34,11 @@ private:
     Duration m_left;
 };
 
+/// What a client may cost.
+struct ClientLimits {
+    std::chrono::milliseconds idle{2'000};      ///< without a byte of a next request
+    std::chrono::milliseconds patience{10'000}; ///< for a whole head; for a body and an answer as Patience has it
+    std::size_t body = 0;                       ///< in bytes
+};
+
 } // namespace dorvantel::service

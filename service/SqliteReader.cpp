@@ -19,6 +19,9 @@ constexpr int stepsBeforeSeek = 16;
 /// More conditions than searches usually have; what a longer one needed is given back.
 constexpr std::size_t keptTraitStatements = 16;
 
+/// Each holds a cache of pages. A moment of many readers must not cost memory ever after.
+constexpr std::size_t mostIdleReaders = 16;
+
 } // namespace
 
 SqliteReader::SqliteReader(const std::string& path)
@@ -82,7 +85,9 @@ SqliteReaderPool::Lease::~Lease() {
     if (m_reader) {
         m_reader->endSnapshot();
         const std::scoped_lock lock(m_pool->m_mutex);
-        m_pool->m_idle.push_back(std::move(m_reader));
+        if (m_pool->m_idle.size() < mostIdleReaders) {
+            m_pool->m_idle.push_back(std::move(m_reader));
+        }
     }
 }
 
