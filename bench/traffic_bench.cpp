@@ -138,7 +138,9 @@ std::string insertBodyOf(const std::string& email, std::minstd_rand& random) {
 }
 
 std::string searchBodyOf(const std::string& rest) {
-    return R"({"sql":)" + jsonString(selectList + rest) + "}";
+    std::string body = "{";
+    appendJSONField(body, "sql", selectList + rest);
+    return body + "}";
 }
 
 /// What one client does for as long as the traffic lasts, one request after the other as fast as they are answered:
