@@ -10,6 +10,7 @@ find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 # The library's classes have other sizes with other definitions, so those it was built with come from its own file.
 pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
+pkg_check_modules(SECCOMP REQUIRED IMPORTED_TARGET libseccomp>=2.5)
 
 if(NOT TARGET httplib)
     add_library(httplib INTERFACE IMPORTED)

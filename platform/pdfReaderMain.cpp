@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
+#include "platform/Confinement.h"
 #include "platform/PDFPageFrames.h"
 #include "platform/PDFPageReader.h"
 #include "platform/PDFPageServer.h"
@@ -20,7 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum ExitCode { exitOpened = 0, exitNotOpened = 1, exitUsage = 2 };
+enum ExitCode { exitOpened = 0, exitNotOpened = 1, exitUsage = 2, exitNotConfined = 3 };
 
 constexpr auto usage =
     "usage: dorvantel-pdf-reader               reads a PDF from standard input, writes its page texts as frames\n"
@@ -69,6 +70,16 @@ void forbidWritingFiles() {
     limit(RLIMIT_FSIZE, 0);
 }
 
+/// The last thing before the bytes of a PDF are looked at: all libraries are loaded by then.
+bool confine() {
+    const std::expected<void, std::string> confined = confineThisProcess();
+    if (!confined) {
+        QTextStream(stderr) << "dorvantel-pdf-reader: no PDF is opened, because "
+                            << QString::fromStdString(confined.error()) << '\n';
+    }
+    return confined.has_value();
+}
+
 int writeFrames() {
     QFile input;
     QFile output;
@@ -89,7 +100,12 @@ int writeText(const QString& path) {
         QTextStream(stderr) << path << ": " << input.errorString() << '\n';
         return exitNotOpened;
     }
-    const std::optional<QStringList> texts = readPageTexts(input.readAll());
+    const QByteArray bytes = input.readAll();
+    input.close();
+    if (!confine()) {
+        return exitNotConfined;
+    }
+    const std::optional<QStringList> texts = readPageTexts(bytes);
     if (!texts) {
         QTextStream(stderr) << path << ": not a PDF that opens\n";
         return exitNotOpened;
@@ -111,12 +127,15 @@ int main(int argc, char** argv) {
         forbidWritingFiles();
         yieldToTheWindow();
         limitProcessorTimeFromNow();
+        if (!confine()) {
+            return exitNotConfined;
+        }
         return servePages(stdin, stdout, limitProcessorTimeFromNow) ? exitOpened : exitNotOpened;
     }
     limit(RLIMIT_CPU, processorSeconds);
     if (arguments.isEmpty()) {
         forbidWritingFiles();
-        return writeFrames();
+        return confine() ? writeFrames() : exitNotConfined;
     }
     if (arguments.size() == 2 && arguments[0] == "--text"_L1) {
         return writeText(arguments[1]);

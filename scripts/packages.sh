@@ -7,6 +7,7 @@ program_packages=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev qt6-pdf-dev libqt6pdf6 qt6-svg-dev libqt6svg6 qt6-qpa-plugins qt6-translations-l10n
     libicu-dev libfontconfig-dev libsqlite3-dev nlohmann-json3-dev libsimdjson-dev libcpp-httplib-dev libbenchmark-dev libxcb1-dev
+    libseccomp-dev
     fonts-inter fonts-noto-color-emoji fonts-noto-core fontconfig curl
 )
 
