@@ -11,6 +11,7 @@
 #include "intake/ValidationSheetView.h"
 #include "platform/Log.h"
 #include "search/SearchUIView.h"
+#include "ui/Spinner.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"
 
@@ -98,7 +99,24 @@ QWidget* ContentView::makeSidebar() {
     m_list->setFrameShape(QFrame::NoFrame);
     connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this, &ContentView::selectionChanged);
     connect(m_listModel, &CandidateListModel::rowsRemoved, this, [this] { select(m_listModel->indexOf(m_selection)); });
+    showLoading();
     return m_list;
+}
+
+/// Where the first candidates will be.
+void ContentView::showLoading() {
+    constexpr int spinnerSize = 20;
+    auto* spinner = new Spinner(spinnerSize);
+    spinner->setObjectName(u"loadingCandidates"_s);
+    auto* column = new QVBoxLayout(m_list->viewport());
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addSpacing(m_list->visualRect(m_listModel->index(m_listModel->rowCount() - 1)).bottom());
+    column->addWidget(spinner, 0, Qt::AlignHCenter);
+    column->addStretch();
+    spinner->hide();
+    const auto show = [this, spinner] { spinner->setBusy(m_model.isLoading()); };
+    connect(&m_model, &Model::isLoadingChanged, spinner, show);
+    show();
 }
 
 void ContentView::makeMenus() {

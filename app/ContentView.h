@@ -63,6 +63,7 @@ protected:
 
 private:
     QWidget* makeSidebar();
+    void showLoading();
     void makeMenus();
     void chooseCV();
     void take(const DroppedPDF& pdf);

@@ -8,6 +8,7 @@
 #include <QGraphicsOpacityEffect>
 #include <QLabel>
 #include <QPainter>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace dorvantel {
@@ -22,7 +23,6 @@ DropOverlay::DropOverlay(QWidget* parent)
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setGraphicsEffect(m_opacity);
     m_opacity->setOpacity(0);
-    m_fade.setDuration(200);
     connect(&m_fade, &QPropertyAnimation::finished, this, [this] { setVisible(m_targeted); });
     hide();
 }
@@ -60,6 +60,7 @@ void DropOverlay::setTargeted(bool targeted) {
         show();
     }
     m_fade.stop();
+    m_fade.setDuration(style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this)); // 0: no animations
     m_fade.setStartValue(m_opacity->opacity());
     m_fade.setEndValue(targeted ? 1.0 : 0.0);
     m_fade.start();

@@ -101,6 +101,9 @@ void Model::load(RecordsService& service) {
         if (!answer) {
             logLine(u"❌ Failed to load resumes from API"_s);
             logLine(u"❌ Error type: "_s + caseName(answer.error()));
+            if (self) {
+                self->endLoading();
+            }
             return;
         }
         if (!self) {
@@ -115,8 +118,14 @@ void Model::load(RecordsService& service) {
                 Q_EMIT self->recordsAppended(first, count);
             }
             self->rebuildCatalogues();
+            self->endLoading();
         });
     });
+}
+
+void Model::endLoading() {
+    m_isLoading = false;
+    Q_EMIT isLoadingChanged();
 }
 
 void Model::appendRecord(DBRecordPointer record) {

@@ -27,6 +27,9 @@ public:
     const std::vector<DBRecordPointer>& dbRecords() const { return m_dbRecords; }
     void appendRecord(DBRecordPointer record);
 
+    /// From the creation until the records service has answered, with records or with a failure.
+    bool isLoading() const { return m_isLoading; }
+
     const DBRecordPointer& selectedDBRecord() const { return m_selectedDBRecord; }
     void setSelectedDBRecord(DBRecordPointer record);
 
@@ -48,6 +51,7 @@ public:
     void removeSelectedRecord();
 
 Q_SIGNALS:
+    void isLoadingChanged();
     void recordsAppended(qsizetype first, qsizetype count);
     void recordRemoved(qsizetype index);
     void selectedDBRecordChanged();
@@ -55,7 +59,9 @@ Q_SIGNALS:
 
 private:
     void load(RecordsService& service);
+    void endLoading();
 
+    bool m_isLoading = true;
     std::vector<DBRecordPointer> m_dbRecords;
     DBRecordPointer m_selectedDBRecord;
     QStringList m_techSkills;

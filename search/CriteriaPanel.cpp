@@ -196,12 +196,22 @@ QWidget* CriteriaPanel::makeButtons() {
     searchButton->setDefault(true);
     connect(searchButton, &QPushButton::clicked, this, &CriteriaPanel::searchPressed);
 
+    constexpr int spinnerSize = 20;
+    m_searching = new Spinner(spinnerSize);
+    m_searching->setObjectName(u"searching"_s);
+    QSizePolicy keepsItsPlace = m_searching->sizePolicy();
+    keepsItsPlace.setRetainSizeWhenHidden(true);
+    m_searching->setSizePolicy(keepsItsPlace);
+    m_searching->hide();
+
     auto* row = new QWidget;
     auto* line = new QHBoxLayout(row);
     line->setContentsMargins(0, 0, 0, 0);
     line->addStretch();
+    line->addSpacing(spinnerSize + spacing::small); // as much as on the other side: the buttons are in the middle
     line->addWidget(clearButton);
     line->addWidget(searchButton);
+    line->addWidget(m_searching);
     line->addStretch();
     return row;
 }

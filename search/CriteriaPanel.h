@@ -3,6 +3,7 @@
 #pragma once
 
 #include "search/Query.h"
+#include "ui/Spinner.h"
 
 #include <QWidget>
 
@@ -31,6 +32,8 @@ public:
     /// Brings every token field back to its list, also one whose token was taken by its menu. What no field shows is
     /// never searched for.
     void refreshTokenFields();
+    /// Shows that a search is under way, if it takes longer than a moment.
+    void setSearching(bool searching) { m_searching->setBusy(searching); }
 
 Q_SIGNALS:
     void clearPressed();
@@ -64,6 +67,7 @@ private:
     QButtonGroup* m_genders = nullptr;
     QGridLayout* m_tokenGrid = nullptr;
     QPlainTextEdit* m_freeText = nullptr;
+    Spinner* m_searching = nullptr;
 };
 
 } // namespace dorvantel

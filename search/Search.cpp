@@ -20,6 +20,7 @@ Search::Search(RecordsService& records, ModelService& models, QObject* parent)
     , m_models(models) {}
 
 void Search::start(const SearchCriteria& criteria) {
+    countUnderWay(1);
     const QStringList clauses = clauseList(criteria);
     if (!criteria.freeTextSearchString.isEmpty()) {
         startSemantic(criteria.freeTextSearchString, clauses);
@@ -33,6 +34,7 @@ void Search::startSemantic(const QString& text, const QStringList& clauses) {
     whenFinished(vector, this, [this, clauses](const ModelResult<QList<double>>& answer) {
         if (!answer) {
             logLine(u"❌ Error generating embedding: "_s + localizedDescription(answer.error()));
+            countUnderWay(-1);
             return;
         }
         send(semanticStatement(*answer, clauses));
@@ -46,7 +48,18 @@ void Search::send(const QString& statement) {
         } else if (self) {
             self->setResults(std::move(*answer));
         }
+        if (self) {
+            self->countUnderWay(-1);
+        }
     });
+}
+
+void Search::countUnderWay(int change) {
+    const bool before = isUnderWay();
+    m_underWay += change;
+    if (isUnderWay() != before) {
+        Q_EMIT isUnderWayChanged();
+    }
 }
 
 void Search::clear() {

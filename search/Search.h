@@ -33,17 +33,23 @@ public:
     const Results& results() const { return m_results; }
     void clear();
 
+    /// Whether a search has not ended yet, with an answer or with a failure.
+    bool isUnderWay() const { return m_underWay > 0; }
+
 Q_SIGNALS:
+    void isUnderWayChanged();
     void resultsChanged();
 
 private:
     void startSemantic(const QString& text, const QStringList& clauses);
     void send(const QString& statement);
+    void countUnderWay(int change);
     void setResults(Results results);
 
     RecordsService& m_records;
     ModelService& m_models;
     Results m_results;
+    int m_underWay = 0;
 };
 
 } // namespace dorvantel

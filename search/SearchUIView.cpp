@@ -94,6 +94,7 @@ SearchUIView::SearchUIView(const Services& services, QWidget* parent)
 
     connect(m_criteria, &CriteriaPanel::searchPressed, this, [this] { m_search.start(m_criteria->criteria()); });
     connect(m_criteria, &CriteriaPanel::clearPressed, this, &SearchUIView::clear);
+    connect(&m_search, &Search::isUnderWayChanged, this, [this] { m_criteria->setSearching(m_search.isUnderWay()); });
     connect(&m_search, &Search::resultsChanged, this, &SearchUIView::showResults);
 }
 

@@ -3,6 +3,7 @@
 #include "ui/Spinner.h"
 
 #include "ui/AccessibleRole.h"
+#include "ui/Style.h"
 
 #include <QPainter>
 
@@ -10,7 +11,8 @@ namespace dorvantel {
 
 namespace {
 constexpr int spokes = 12;
-}
+constexpr int momentMs = 200; ///< nobody should wait for more than 300 ms without a sign of life
+} // namespace
 
 Spinner::Spinner(int size, const QColor& color, QWidget* parent)
     : QWidget(parent)
@@ -24,6 +26,18 @@ Spinner::Spinner(int size, const QColor& color, QWidget* parent)
         m_step = (m_step + 1) % spokes;
         update();
     });
+    m_moment.setSingleShot(true);
+    m_moment.setInterval(momentMs);
+    connect(&m_moment, &QTimer::timeout, this, &QWidget::show);
+}
+
+void Spinner::setBusy(bool busy) {
+    if (!busy) {
+        m_moment.stop();
+        hide();
+    } else if (isHidden() && !m_moment.isActive()) {
+        m_moment.start();
+    }
 }
 
 void Spinner::paintEvent(QPaintEvent*) {
@@ -33,8 +47,8 @@ void Spinner::paintEvent(QPaintEvent*) {
     const double radius = m_size.width() / 2.0;
     for (int i = 0; i < spokes; ++i) {
         const int age = (m_step - i + spokes) % spokes;
-        QColor color = m_color;
-        color.setAlphaF(static_cast<float>(1.0 - age * 0.8 / spokes));
+        QColor color = m_color.isValid() ? m_color : secondaryTextColour(palette());
+        color = withOpacity(color, 1.0 - age * 0.8 / spokes);
         painter.setPen(QPen(color, radius * 0.16, Qt::SolidLine, Qt::RoundCap));
         painter.save();
         painter.rotate(360.0 * i / spokes);

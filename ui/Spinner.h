@@ -9,12 +9,16 @@
 namespace dorvantel {
 
 /// An indeterminate progress indicator: spokes that fade one after another while it is visible. Square; its size is
-/// given once in logical pixels.
+/// given once in logical pixels. Without a colour it takes the secondary text colour of its palette.
 class Spinner : public QWidget {
     Q_OBJECT
 
 public:
-    Spinner(int size, const QColor& color, QWidget* parent = nullptr);
+    explicit Spinner(int size, const QColor& color = {}, QWidget* parent = nullptr);
+
+    /// Shows itself when something is still going on after a moment, and goes when it is over. What is quick shows
+    /// nothing, so nothing flickers.
+    void setBusy(bool busy);
 
     QSize sizeHint() const override { return m_size; }
 
@@ -27,6 +31,7 @@ private:
     QSize m_size;
     QColor m_color;
     QTimer m_timer;
+    QTimer m_moment;
     int m_step = 0;
 };
 
