@@ -5,6 +5,7 @@
 #include "intake/FormGrid.h"
 #include "intake/IntakeState.h"
 #include "ui/ExactText.h"
+#include "ui/PaletteFollower.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"
 
@@ -25,9 +26,11 @@ void GeneratedPage::addEditor(FormGrid& grid, const QString& label, const QStrin
     auto* editor = new QPlainTextEdit;
     editor->setObjectName(objectName);
     editor->setTabChangesFocus(true);
-    QPalette palette = editor->palette();
-    palette.setColor(QPalette::Text, secondaryTextColour(palette));
-    editor->setPalette(palette);
+    followPalette(*editor, [editor] {
+        QPalette palette = editor->palette();
+        palette.setColor(QPalette::Text, secondaryTextColour(palette));
+        editor->setPalette(palette);
+    });
     editor->setPlainText(text);
 
     grid.addRow(label, editor, true);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "modelserver/CapabilityBadge.h"
 
+#include "ui/PaletteFollower.h"
 #include "ui/Style.h"
 
 #include <QPainter>
@@ -15,9 +16,11 @@ CapabilityBadge::CapabilityBadge(const QString& text, const QColor& color, QWidg
     setFont(textFont(TextStyle::Caption2));
     setContentsMargins(6, 2, 6, 2);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    QPalette colours = palette();
-    colours.setColor(QPalette::WindowText, readableColour(color, colours));
-    setPalette(colours);
+    followPalette(*this, [this] {
+        QPalette colours = palette();
+        colours.setColor(QPalette::WindowText, readableColour(m_color, colours));
+        setPalette(colours);
+    });
 }
 
 void CapabilityBadge::paintEvent(QPaintEvent* event) {

@@ -6,6 +6,7 @@
 #include "modelserver/ModelCandidates.h"
 #include "modelserver/ModelChoice.h"
 #include "modelserver/SettingsRows.h"
+#include "ui/PaletteFollower.h"
 #include "ui/Symbols.h"
 
 #include <QPropertyAnimation>
@@ -58,8 +59,7 @@ ModelSettingsView::ModelSettingsView(AppSettings& settings, HttpSession& session
                                     textLabel(u"Please select both models to use the app"_s, TextStyle::Body)))
     , m_embedding(new ModelChoice(embeddingTexts))
     , m_language(new ModelChoice(languageTexts))
-    , m_refresh(
-          new QPushButton(symbolIcon(u"arrow.clockwise"_s, palette().color(QPalette::ButtonText)), u"Refresh Models"_s))
+    , m_refresh(new QPushButton(u"Refresh Models"_s))
     , m_save(new QPushButton(u"Save Selection"_s))
     , m_turning(new QPropertyAnimation(&m_loading->symbol(), "rotation", this)) {
     auto* form = new QWidget;
@@ -99,6 +99,9 @@ QWidget* ModelSettingsView::loadingSection() {
     m_loaded->setObjectName(u"loaded"_s);
     m_modelError->setObjectName(u"modelError"_s);
     m_refresh->setObjectName(u"refresh"_s);
+    followPalette(*m_refresh, [this] {
+        m_refresh->setIcon(symbolIcon(u"arrow.clockwise"_s, m_refresh->palette().color(QPalette::ButtonText)));
+    });
     m_refresh->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     auto* section = new FormSection;
     section->add(m_loading);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "modelserver/SettingsRows.h"
 
+#include "ui/PaletteFollower.h"
 #include "ui/Symbols.h"
 
 #include <QHBoxLayout>
@@ -20,21 +21,24 @@ QLabel* textLabel(const QString& text, TextStyle style, QWidget* parent) {
 
 QLabel* secondaryLabel(const QString& text, TextStyle style, QWidget* parent) {
     QLabel* label = textLabel(text, style, parent);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, secondaryTextColour(palette));
-    label->setPalette(palette);
+    followPalette(*label, [label] {
+        QPalette palette = label->palette();
+        palette.setColor(QPalette::WindowText, secondaryTextColour(palette));
+        label->setPalette(palette);
+    });
     return label;
 }
 
 MarkedRow::MarkedRow(const QString& symbol, const QColor& colour, QLabel* label, QWidget* parent)
     : QWidget(parent)
-    , m_symbol(new SymbolView(symbol, readableColour(colour, palette()), 16))
+    , m_symbol(new SymbolView(symbol, colour, 16))
     , m_label(label) {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(spacing::small);
     layout->addWidget(m_symbol, 0, Qt::AlignTop);
     layout->addWidget(m_label, 1);
+    followPalette(*this, [this, colour] { m_symbol->setColour(readableColour(colour, palette())); });
 }
 
 FormSection::FormSection(QWidget* parent)

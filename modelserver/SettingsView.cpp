@@ -4,6 +4,7 @@
 
 #include "modelserver/ModelSettingsView.h"
 #include "modelserver/OllamaSettingsView.h"
+#include "ui/PaletteFollower.h"
 #include "ui/Symbols.h"
 
 namespace dorvantel {
@@ -12,9 +13,13 @@ using namespace Qt::StringLiterals;
 
 SettingsView::SettingsView(AppSettings& settings, HttpSession& session, QWidget* parent)
     : QTabWidget(parent) {
-    const QColor colour = palette().color(QPalette::WindowText);
-    addTab(new OllamaSettingsView(settings), symbolIcon(u"gear"_s, colour), u"General"_s);
-    addTab(new ModelSettingsView(settings, session), symbolIcon(u"server.rack"_s, colour), u"Models"_s);
+    addTab(new OllamaSettingsView(settings), u"General"_s);
+    addTab(new ModelSettingsView(settings, session), u"Models"_s);
+    followPalette(*this, [this] {
+        const QColor colour = palette().color(QPalette::WindowText);
+        setTabIcon(0, symbolIcon(u"gear"_s, colour));
+        setTabIcon(1, symbolIcon(u"server.rack"_s, colour));
+    });
     setFixedSize(600, 500);
 }
 

@@ -348,4 +348,8 @@ void ControlStyle::polish(QWidget* widget) {
     }
 }
 
+void ControlStyle::polish(QPalette& palette) {
+    palette = lookFor(palette).resolve(palette);
+}
+
 } // namespace dorvantel

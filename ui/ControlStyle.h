@@ -34,6 +34,8 @@ public:
                        const QWidget* widget = nullptr) const override;
     using QProxyStyle::polish;
     void polish(QWidget* widget) override;
+    /// Our palette in place of the desktop's. Called whenever the desktop's changes.
+    void polish(QPalette& palette) override;
 };
 
 /// The rounded frame of a field that takes input: filled with the palette's base colour, ringed while it has the focus.

@@ -5,6 +5,7 @@
 #include "ui/ControlStyle.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QWidget>
 
 #include <memory>
@@ -80,6 +81,32 @@ bool isDark(const QPalette& palette) {
     return palette.color(QPalette::Window).lightness() < 128;
 }
 
+/// The style turns the palette of the desktop into ours. One that somebody set for the whole application, as tools that
+/// set up the look of Qt programs do, passes it by.
+void keepPalette() {
+    const QPalette present = QApplication::palette();
+    const QPalette ours = lookFor(present);
+    for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Base, QPalette::Text, QPalette::Highlight}) {
+        if (present.color(role) != ours.color(role)) {
+            QApplication::setPalette(ours);
+            return;
+        }
+    }
+}
+
+class PaletteKeeper final : public QObject {
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::ApplicationPaletteChange && watched == qApp) {
+            keepPalette();
+        }
+        return false;
+    }
+};
+
 } // namespace
 
 QFont systemFont(qreal points) {
@@ -144,10 +171,14 @@ QPalette darkPalette() {
                       .tipText = colours::text});
 }
 
-void applyApplicationLook(QApplication&) {
-    const bool dark = isDark(QApplication::palette());
+QPalette lookFor(const QPalette& desktop) {
+    return isDark(desktop) ? darkPalette() : lightPalette();
+}
+
+void applyApplicationLook(QApplication& application) {
     QApplication::setStyle(std::make_unique<ControlStyle>().release());
-    QApplication::setPalette(dark ? darkPalette() : lightPalette());
+    keepPalette();
+    application.installEventFilter(new PaletteKeeper(&application));
 
     QFont font = QApplication::font();
     font.setFamilies({u"Inter"_s, font.family()}); // where Inter is missing, the desktop's own font takes its place

@@ -57,12 +57,16 @@ inline constexpr int cornerRadius = 6;
 } // namespace spacing
 
 /// Gives the whole program its look: fonts, the style of the controls, and a light or dark palette after the
-/// desktop's own. Called once, after the application object is made and before the first window.
+/// desktop's own, also when that changes later. Called once, after the application object is made and before the first
+/// window.
 void applyApplicationLook(QApplication& application);
 
 /// The palettes that the look is made of.
 QPalette lightPalette();
 QPalette darkPalette();
+
+/// The one of them that is as light or dark as `desktop`.
+QPalette lookFor(const QPalette& desktop);
 
 /// Makes `widget` white and everything in it dark on white, also when the desktop is dark.
 void setWhiteBackground(QWidget& widget);

@@ -180,6 +180,11 @@ void SymbolView::setShown(bool shown) {
     QAccessible::updateAccessibility(&event);
 }
 
+void SymbolView::setColour(const QColor& colour) {
+    m_colour = colour;
+    update();
+}
+
 void SymbolView::setRotation(qreal degrees) {
     m_rotation = degrees;
     update();

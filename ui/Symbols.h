@@ -49,6 +49,7 @@ public:
 
     /// A mark that is not shown is fully transparent: it keeps its place.
     void setShown(bool shown);
+    void setColour(const QColor& colour);
     bool isShown() const { return m_shown; }
 
     qreal rotation() const { return m_rotation; }

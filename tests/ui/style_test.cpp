@@ -1,6 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
+#include "tests/support/Wait.h"
+#include "ui/ControlStyle.h"
 #include "ui/Figures.h"
+#include "ui/PaletteFollower.h"
 #include "ui/Style.h"
 
 #include <QApplication>
@@ -118,6 +121,45 @@ TEST(Style, ReadableColoursAreReadableOnEitherPalette) {
         EXPECT_GE(contrast(onDark, darkPalette().color(QPalette::Base)), 4.5) << std::hex << colour;
         EXPECT_NEAR(onDark.hslHue(), QColor(colour).hslHue(), 1) << std::hex << colour;
     }
+}
+
+TEST(Style, TheStyleTurnsTheDesktopsPaletteIntoOurs) {
+    ControlStyle style;
+    QPalette light(QColor(0xee, 0xee, 0xe0));
+    style.polish(light);
+    EXPECT_EQ(light.color(QPalette::Window), lightPalette().color(QPalette::Window));
+    QPalette dark(QColor(0x10, 0x10, 0x20));
+    style.polish(dark);
+    EXPECT_EQ(dark.color(QPalette::Window), darkPalette().color(QPalette::Window));
+    EXPECT_EQ(dark.color(QPalette::Disabled, QPalette::Text), darkPalette().color(QPalette::Disabled, QPalette::Text));
+}
+
+TEST(Style, APaletteThatSomebodySetsWhileTheProgramRunsBecomesOurs) {
+    applyApplicationLook(*qApp);
+    QApplication::setPalette(QPalette(QColor(0x10, 0x10, 0x20)));
+    EXPECT_EQ(QApplication::palette().color(QPalette::Base), darkPalette().color(QPalette::Base));
+    EXPECT_EQ(QWidget().palette().color(QPalette::Text), darkPalette().color(QPalette::Text));
+    QApplication::setPalette(QPalette(QColor(0xee, 0xee, 0xe0)));
+    EXPECT_EQ(QApplication::palette().color(QPalette::Base), lightPalette().color(QPalette::Base));
+    EXPECT_EQ(QWidget().palette().color(QPalette::Text), lightPalette().color(QPalette::Text));
+}
+
+TEST(Style, WhatKeepsAColourTakesItAgainWhenThePaletteChanges) {
+    QApplication::setPalette(lightPalette());
+    QWidget window;
+    QWidget widget(&window);
+    window.show();
+    QList<QColor> taken;
+    followPalette(widget, [&] {
+        QPalette palette = widget.palette();
+        taken.append(secondaryTextColour(palette));
+        palette.setColor(QPalette::WindowText, taken.last());
+        widget.setPalette(palette);
+    });
+    QApplication::setPalette(darkPalette());
+    EXPECT_TRUE(test::waitUntil([&] { return taken.size() > 1; })); // windows hear of it in their own time
+    EXPECT_EQ(taken, (QList<QColor>{secondaryTextColour(lightPalette()), secondaryTextColour(darkPalette())}));
+    QApplication::setPalette(lightPalette());
 }
 
 TEST(Style, AWhitePageKeepsDarkTextInADarkDesktop) {
