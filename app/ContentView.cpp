@@ -260,7 +260,8 @@ void ContentView::openCV(const QString& path) {
 void ContentView::take(const DroppedPDF& pdf) {
     loadBytes(pdf, this, [this](const QByteArray& bytes) {
         // Asked now and not before: a slow disk may deliver while another CV is already being corrected.
-        if (!m_intake.sheetIsShowing()) {
+        // Nor into a window that was closed: a sheet that opens then would keep the program.
+        if (!m_intake.sheetIsShowing() && isVisible()) {
             m_pipeline.processDroppedPDF(bytes);
         }
     });
