@@ -198,6 +198,7 @@ TEST_F(ContentViewTest, SecondCVGetsANewSheetOnItsFirstPage) {
 
 TEST_F(ContentViewTest, WindowMayCloseDuringARunningIntake) {
     auto other = std::make_unique<ContentView>(ContentView::Services{records, models, pdfs, urlOpener});
+    other->show();
     other->openCV(file(u"cv.pdf"_s, "bytes"));
     ASSERT_TRUE(waitUntil([&] { return pdfs.openings() == 1; }));
     pdfs.succeed(0, {u"x"_s});
