@@ -27,6 +27,9 @@ bench_packages=(libfaiss-dev liblapack-dev libblas-dev xvfb)
 # What the preset "tidy" takes beside that.
 tidy_packages=(clang-19 clang-tidy-19 clang-format-19)
 
+# What the preset "fuzz" takes beside that; the libraries of the sanitizers come separately.
+fuzz_packages=(clang-19 libclang-rt-19-dev)
+
 # install_missing PACKAGE...
 install_missing() {
     local missing=() package
