@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include <malloc.h>
 #include <sys/stat.h>
 
 using namespace dorvantel::service;
@@ -133,6 +134,8 @@ ExitCode run(const std::vector<std::string_view>& arguments) {
 
 int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN); // a limit on the size of files is an error like a full disk, not the end
+    // Every connection has a thread, and what each frees would otherwise stay with one of many heaps.
+    mallopt(M_ARENA_MAX, 2);
     umask(S_IRWXG | S_IRWXO);      // whatever SQLite makes beside the store is its owner's alone
     return static_cast<int>(run({argv + 1, argv + argc}));
 }

@@ -3,6 +3,7 @@
 #include "service/CommandLine.h"
 #include "service/Options.h"
 #include "service/RecordsApi.h"
+#include "service/RequestHead.h"
 #include "service/Statement.h"
 
 #include <fstream>
@@ -73,4 +74,28 @@ TEST(RecordsServiceDocumentation, NamesTheLimitsOfStatementsAndBodies) {
     EXPECT_THAT(text, HasSubstr("| conditions in a statement | " + std::to_string(maxPredicates) + " |"));
     EXPECT_THAT(text, HasSubstr("| numbers in a query vector | " + std::to_string(maxQueryVectorLength) + " |"));
     EXPECT_THAT(text, HasSubstr("`--body-limit`, " + std::to_string(Options().http.bodyLimit / 1024 / 1024) + " MiB"));
+}
+
+TEST(RecordsServiceDocumentation, NamesTheLimitsOfRequestsAndConnections) {
+    const std::string text = documentation();
+    const HttpServer::Settings settings;
+    const auto seconds = [](std::chrono::milliseconds time) {
+        return std::to_string(time / std::chrono::seconds(1)) + " s";
+    };
+    EXPECT_THAT(text, HasSubstr("| request line | " + std::to_string(maxRequestLine) + " bytes |"));
+    EXPECT_THAT(text, HasSubstr("| headers | " + std::to_string(maxHeaderLines) + ", of " +
+                                std::to_string(maxRequestLine) + " bytes each, and " +
+                                std::to_string(maxRequestHead / 1024) + " KiB with the request line |"));
+    EXPECT_THAT(text, HasSubstr("| connections served at once | " + std::to_string(settings.connections.open) + ";"));
+    EXPECT_THAT(text, HasSubstr("| " + std::to_string(settings.connections.openPerClient) + "; more are closed |"));
+    EXPECT_THAT(text, HasSubstr("| idle connection | " + seconds(settings.client.idle) + " |"));
+    EXPECT_THAT(text, HasSubstr("| the whole head of a request | " + seconds(settings.client.patience) + " |"));
+    EXPECT_THAT(text, HasSubstr("one more for each " + std::to_string(Patience::bytesPerSecond / 1024) + " KiB"));
+}
+
+TEST(RecordsServiceDocumentation, NamesTheStatusesOfRefusedHeads) {
+    const std::string text = documentation();
+    for (const int status : {400, 408, 414, 431}) {
+        EXPECT_THAT(text, HasSubstr("\n| " + std::to_string(status) + " | "));
+    }
 }
