@@ -10,7 +10,11 @@ find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 # The library's classes have other sizes with other definitions, so those it was built with come from its own file.
 pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
-pkg_check_modules(SECCOMP REQUIRED IMPORTED_TARGET libseccomp>=2.5)
+pkg_check_modules(SECCOMP REQUIRED libseccomp>=2.5)
+# Only for programs that confine themselves: without this, every program that has the room platform in it would load it.
+add_library(dorvantel_seccomp INTERFACE)
+target_include_directories(dorvantel_seccomp SYSTEM INTERFACE ${SECCOMP_INCLUDE_DIRS})
+target_link_libraries(dorvantel_seccomp INTERFACE "-Wl,--push-state,--as-needed,-lseccomp,--pop-state")
 
 if(NOT TARGET httplib)
     add_library(httplib INTERFACE IMPORTED)
