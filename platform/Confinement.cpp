@@ -63,9 +63,10 @@ public:
             m_error = ENOMEM;
             return;
         }
-        // A tree instead of a list, and the same filter for all threads.
+        // A tree instead of a list, the same filter for all threads, and the system's own errors.
         note(seccomp_attr_set(m_context.get(), SCMP_FLTATR_CTL_OPTIMIZE, 2));
         note(seccomp_attr_set(m_context.get(), SCMP_FLTATR_CTL_TSYNC, 1));
+        note(seccomp_attr_set(m_context.get(), SCMP_FLTATR_API_SYSRAWRC, 1));
     }
 
     void allow(int call) { note(seccomp_rule_add_array(m_context.get(), SCMP_ACT_ALLOW, call, 0, nullptr)); }

@@ -280,6 +280,9 @@ TEST_F(Confinement, WhatIsOpenIsReadAndWritten) {
 }
 
 TEST_F(Confinement, ThreadsAreStarted) {
+#if defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the thread sanitizer knows no threads after a fork";
+#endif
     EXPECT_EQ(outcomeOf([] {
                   int result = -1;
                   std::thread([&result] { result = 0; }).join();
@@ -298,18 +301,14 @@ TEST_F(Confinement, AbortEndsTheProcess) {
 }
 
 TEST_F(Confinement, WhatCannotBeInstalledIsAnErrorForPeople) {
-    const pid_t child = fork();
-    if (child == 0) {
-        // Confined processes install nothing more: neither call is on the list.
-        if (!confineThisProcess()) {
-            _exit(notConfined);
-        }
-        const auto again = confineThisProcess();
-        _exit(!again && again.error().ends_with("Operation not permitted") ? done : 1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
+    // What is confined installs nothing more: no call for that is on the list. With sanitizers the first one is.
+    const char* expected = isSanitized ? "the filter of system calls cannot be installed: "
+                                       : "further privileges cannot be given up: Operation not permitted";
+    EXPECT_EQ(outcomeOf([expected] {
+                  const std::expected<void, std::string> again = confineThisProcess();
+                  return !again && again.error().starts_with(expected) ? 0 : -1;
+              }),
+              done);
 }
 
 TEST(PDFReader, OpensNothingWhenItCannotBeConfined) {
