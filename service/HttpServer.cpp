@@ -84,22 +84,28 @@ std::size_t firstRoom(const httplib::Request& request) {
 }
 
 std::expected<std::string, HttpAnswer> readBody(const httplib::Request& request, const httplib::Response& response,
-                                                const httplib::ContentReader& reader, std::size_t limit) {
+                                                const httplib::ContentReader& reader, std::size_t limit,
+                                                ByteBudget::Share& memory) {
     std::string body;
     body.reserve(firstRoom(request));
     bool isTooLarge = false;
+    bool isTooMuch = false;
     // Of a request that is refused anyway, the whole body passes by.
     const auto take = [&](const char* data, std::size_t size) {
         isTooLarge = isTooLarge || body.size() + size > limit;
-        if (!isTooLarge) {
+        isTooMuch = isTooMuch || (!isTooLarge && !memory.take(size));
+        if (!isTooLarge && !isTooMuch) {
             body.append(data, size);
         }
-        return !isTooLarge || limit == 0;
+        return (!isTooLarge && !isTooMuch) || limit == 0;
     };
     const bool isWhole =
         request.is_multipart_form_data() ? reader([](const auto&) { return true; }, take) : reader(take);
     if (isTooLarge || response.status == 413) {
         return std::unexpected(errorAnswer(413, "the body is too large"));
+    }
+    if (isTooMuch) {
+        return std::unexpected(errorAnswer(503, "the service has its hands full; try again"));
     }
     if (!isWhole) {
         return std::unexpected(errorAnswer(400, "the body did not come whole"));
@@ -215,6 +221,7 @@ HttpServer::HttpServer(const Settings& settings, LogLine log)
     : m_settings(settings)
     , m_gate(settings.host)
     , m_log(std::move(log))
+    , m_bodies(bodiesInMemory * settings.bodyLimit)
     , m_listener(std::make_unique<Listener>(settings, m_log)) {
     m_listener->set_keep_alive_max_count(100'000);
     m_listener->set_payload_max_length(settings.bodyLimit);
@@ -240,7 +247,8 @@ HttpServer::HttpServer(const Settings& settings, LogLine log)
     };
     const auto withBody = [this](const httplib::Request& request, httplib::Response& response,
                                  const httplib::ContentReader& reader) {
-        const auto read = [&](std::size_t limit) { return readBody(request, response, reader, limit); };
+        ByteBudget::Share memory(m_bodies);
+        const auto read = [&](std::size_t limit) { return readBody(request, response, reader, limit, memory); };
         auto running = m_active.begin();
         HttpAnswer result = answer(headOf(request), read, running != nullptr);
         send(std::move(result), response, std::move(running));

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "service/ActiveRequests.h"
+#include "service/ByteBudget.h"
 #include "service/Connections.h"
 #include "service/Gate.h"
 #include "service/Patience.h"
@@ -18,6 +19,9 @@
 #include <vector>
 
 namespace dorvantel::service {
+
+/// As many bodies of the largest size are held at once, or more smaller ones; whoever comes then is told to try again.
+constexpr std::size_t bodiesInMemory = 8;
 
 using LogLine = std::function<void(std::string_view)>;
 
@@ -65,6 +69,7 @@ private:
     const RecordsApi* m_api = nullptr;
     LogLine m_log;
     ActiveRequests m_active;
+    ByteBudget m_bodies;
     std::unique_ptr<Listener> m_listener;
     std::thread m_thread;
     int m_port = 0;

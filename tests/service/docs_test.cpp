@@ -86,6 +86,8 @@ TEST(RecordsServiceDocumentation, NamesTheLimitsOfRequestsAndConnections) {
     EXPECT_THAT(text, HasSubstr("| headers | " + std::to_string(maxHeaderLines) + ", of " +
                                 std::to_string(maxRequestLine) + " bytes each, and " +
                                 std::to_string(maxRequestHead / 1024) + " KiB with the request line |"));
+    EXPECT_THAT(text,
+                HasSubstr("| bodies in memory at once, of all clients | " + std::to_string(bodiesInMemory) + " times"));
     EXPECT_THAT(text, HasSubstr("| connections served at once | " + std::to_string(settings.connections.open) + ";"));
     EXPECT_THAT(text, HasSubstr("| " + std::to_string(settings.connections.openPerClient) + "; more are closed |"));
     EXPECT_THAT(text, HasSubstr("| idle connection | " + seconds(settings.client.idle) + " |"));

@@ -233,6 +233,27 @@ TEST_F(Hostile, TwoHundredSlowConnectionsKeepNobodyWaiting) {
     }
 }
 
+TEST_F(Hostile, BodiesThatNeverEndDoNotFillTheMemory) {
+    startPatient();
+    const std::string almost =
+        postHead + "Content-Length: " + std::to_string(bodyLimit) + "\r\n\r\n" + std::string(bodyLimit - 10, ' ');
+    std::vector<RawClient> waiting;
+    for (std::size_t i = 0; i <= bodiesInMemory; ++i) {
+        waiting.push_back(connect());
+        EXPECT_TRUE(waiting.back().send(almost));
+    }
+    const auto refused = [&] {
+        return std::ranges::find_if(waiting, [](const RawClient& one) { return !one.isSilent(); });
+    };
+    ASSERT_TRUE(waitUntil([&] { return refused() != waiting.end(); })) << "one is too many";
+    EXPECT_THAT(refused()->receiveAll(), StartsWith("HTTP/1.1 503 "));
+    EXPECT_EQ(client().Get("/curriculums")->status, 200);
+    EXPECT_EQ(client().Delete("/curriculums/nobody@x")->status, 404);
+    waiting.clear();
+    const std::string large = insertBody(makeRecord("a@x")) + std::string(bodyLimit / 2, ' ');
+    EXPECT_TRUE(waitUntil([&] { return client().Post("/curriculums", large, jsonType)->status == 201; }));
+}
+
 TEST_F(Hostile, ConnectionsBeyondTheLimitAreClosedUntilOneIsFree) {
     start({.connections = {.open = 2}, .client = {.idle = 10min, .patience = 10min}});
     std::optional<RawClient> first;
