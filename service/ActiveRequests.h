@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <memory>
@@ -22,11 +23,18 @@ public:
         return {this, [](void* self) { static_cast<ActiveRequests*>(self)->end(); }};
     }
 
-    /// Lets nothing new begin and returns when everything has ended.
-    void drain() {
+    /// Lets nothing new begin and returns when everything has ended, or earlier when `patience` is at its end.
+    void drain(std::chrono::milliseconds patience) {
         std::unique_lock lock(m_mutex);
         m_isStopping = true;
-        m_ended.wait(lock, [this] { return m_count == 0; });
+        m_ended.wait_for(lock, patience, [this] { return m_count == 0 || m_isHurried; });
+    }
+
+    /// Whoever waits for the end waits no longer.
+    void hurry() {
+        const std::scoped_lock lock(m_mutex);
+        m_isHurried = true;
+        m_ended.notify_all();
     }
 
 private:
@@ -40,6 +48,7 @@ private:
     std::condition_variable m_ended;
     std::size_t m_count = 0;
     bool m_isStopping = false;
+    bool m_isHurried = false;
 };
 
 } // namespace dorvantel::service

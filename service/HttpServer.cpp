@@ -20,6 +20,9 @@ namespace {
 
 constexpr int backlog = 512;
 
+/// Line breaks as well, which a '.' does not match: the library compares the decoded address, and keys may hold them.
+constexpr const char* everyAddress = "[\\s\\S]*";
+
 /// With the charset, because the library would compress a bare "application/json" for every client that allows it,
 /// which over loopback costs far more than it saves.
 constexpr const char* jsonType = "application/json; charset=utf-8";
@@ -253,13 +256,13 @@ HttpServer::HttpServer(const Settings& settings, LogLine log)
         HttpAnswer result = answer(headOf(request), read, running != nullptr);
         send(std::move(result), response, std::move(running));
     };
-    m_listener->Get(".*", withoutBody);
-    m_listener->Options(".*", withoutBody);
-    m_listener->Delete(".*", withoutBody); // the library's choice for one without a length
-    m_listener->Delete(".*", httplib::Server::HandlerWithContentReader(withBody));
-    m_listener->Post(".*", httplib::Server::HandlerWithContentReader(withBody));
-    m_listener->Put(".*", httplib::Server::HandlerWithContentReader(withBody));
-    m_listener->Patch(".*", httplib::Server::HandlerWithContentReader(withBody));
+    m_listener->Get(everyAddress, withoutBody);
+    m_listener->Options(everyAddress, withoutBody);
+    m_listener->Delete(everyAddress, withoutBody); // the library's choice for one without a length
+    m_listener->Delete(everyAddress, httplib::Server::HandlerWithContentReader(withBody));
+    m_listener->Post(everyAddress, httplib::Server::HandlerWithContentReader(withBody));
+    m_listener->Put(everyAddress, httplib::Server::HandlerWithContentReader(withBody));
+    m_listener->Patch(everyAddress, httplib::Server::HandlerWithContentReader(withBody));
 }
 
 HttpServer::~HttpServer() {
@@ -299,11 +302,15 @@ void HttpServer::start(const RecordsApi& api) {
 
 void HttpServer::stop() {
     if (m_thread.joinable()) {
-        m_active.drain(); // whoever comes now is told that the service is stopping
+        m_active.drain(m_settings.stopPatience); // whoever comes now is told that the service is stopping
         m_listener->stopAccepting();
         m_thread.join();
         m_listener->cut();
     }
+}
+
+void HttpServer::hurry() {
+    m_active.hurry();
 }
 
 HttpAnswer HttpServer::answer(HttpRequest request, const ReadBody& readBody, bool isServing) const {

@@ -9,6 +9,7 @@
 #include "service/Patience.h"
 #include "service/RecordsApi.h"
 
+#include <chrono>
 #include <cstddef>
 #include <expected>
 #include <functional>
@@ -35,6 +36,8 @@ public:
         Connections::Limits connections = {};
         ClientLimits client = {};                ///< its body limit is the one above
         std::vector<ClientNetwork> allowed = {}; ///< who may connect beside loopback
+        /// How long a stop waits for the requests that run. Shorter than whoever supervises the service waits for it.
+        std::chrono::milliseconds stopPatience = std::chrono::seconds(10);
     };
 
     /// `log` is called on any thread, with lines that hold nothing of any record.
@@ -53,8 +56,10 @@ public:
 
     /// `api` must live until `stop` has returned.
     void start(const RecordsApi& api);
-    /// Takes no more requests, finishes those that run, cuts the connections and returns.
+    /// Takes no more requests, finishes those that run as far as its patience goes, cuts the connections and returns.
     void stop();
+    /// A stop, running or to come, waits no longer. Any thread.
+    void hurry();
 
 private:
     class Listener;

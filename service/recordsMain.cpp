@@ -13,6 +13,7 @@
 #include <csignal>
 #include <cstdio>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <malloc.h>
@@ -36,6 +37,18 @@ sigset_t blockEndSignals() {
     sigaddset(&signals, SIGINT);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     return signals;
+}
+
+/// Stops the server; another signal meanwhile means that it shall wait for nobody.
+void stop(HttpServer& server, const sigset_t& signals) {
+    std::thread second([&] {
+        int received = 0;
+        sigwait(&signals, &received);
+        server.hurry();
+    });
+    server.stop();
+    pthread_kill(second.native_handle(), SIGTERM); // nothing is left to hurry, and no signal may ever come
+    second.join();
 }
 
 ExitCode serve(const Options& options, const std::filesystem::path& path) {
@@ -62,7 +75,7 @@ ExitCode serve(const Options& options, const std::filesystem::path& path) {
 
     int received = 0;
     sigwait(&signals, &received);
-    server.stop();
+    stop(server, signals);
     return ExitCode::Stopped;
 }
 
@@ -136,6 +149,6 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN); // a limit on the size of files is an error like a full disk, not the end
     // Every connection has a thread, and what each frees would otherwise stay with one of many heaps.
     mallopt(M_ARENA_MAX, 2);
-    umask(S_IRWXG | S_IRWXO);      // whatever SQLite makes beside the store is its owner's alone
+    umask(S_IRWXG | S_IRWXO); // whatever SQLite makes beside the store is its owner's alone
     return static_cast<int>(run({argv + 1, argv + argc}));
 }

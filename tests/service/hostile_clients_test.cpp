@@ -45,6 +45,16 @@ protected:
         made.set_read_timeout(60);
         return made;
     }
+    /// A client in the middle of an answer that it does not read.
+    RawClient beginLargeAnswer() {
+        Record record = makeRecord("large@x");
+        record.file = std::string(8'000'000, 'x');
+        EXPECT_TRUE(store.insert(record));
+        RawClient client = connect();
+        client.send("GET /curriculums/large@x/file HTTP/1.1\r\nHost: localhost\r\n\r\n");
+        EXPECT_TRUE(waitUntil([&client] { return !client.isSilent(); }));
+        return client;
+    }
     void expectWell() const { EXPECT_EQ(client().Get("/health")->status, 200); }
 
     StoreFolder folder;
@@ -108,12 +118,7 @@ TEST_F(Hostile, BodyThatDripsIsNoBetterThanOneThatStops) {
 
 TEST_F(Hostile, AnswerThatNobodyTakesIsGivenUp) {
     startImpatient();
-    Record record = makeRecord("a@x");
-    record.file = std::string(8'000'000, 'x');
-    ASSERT_TRUE(store.insert(record));
-    const RawClient client = connect();
-    client.send("GET /curriculums/a@x/file HTTP/1.1\r\nHost: localhost\r\n\r\n");
-    EXPECT_TRUE(waitUntil([&client] { return !client.isSilent(); }));
+    const RawClient client = beginLargeAnswer();
     server->stop(); // waits for running answers, and for this one no longer than the limits have it
     EXPECT_EQ(client.receiveAll().find("]}"), std::string::npos) << "half an answer must not look whole";
 }
@@ -275,6 +280,23 @@ TEST_F(Hostile, StopCutsWhoIsSilent) {
     server->stop();
     EXPECT_EQ(silent.receiveAll(), "");
     EXPECT_EQ(half.receiveAll(), "");
+}
+
+TEST_F(Hostile, StopCutsWhoReadsTooSlowly) {
+    start({.client = {.idle = 10min, .patience = 10min}, .stopPatience = 100ms});
+    const RawClient slow = beginLargeAnswer();
+    server->stop();
+    EXPECT_EQ(slow.receiveAll().find("]}"), std::string::npos) << "half an answer must not look whole";
+}
+
+TEST_F(Hostile, HurriedStopWaitsForNobody) {
+    start({.client = {.idle = 10min, .patience = 10min}, .stopPatience = 10min});
+    const RawClient slow = beginLargeAnswer();
+    std::thread stopping([this] { server->stop(); });
+    EXPECT_TRUE(waitUntil([this] { return client().Get("/health")->status == 503; }));
+    server->hurry();
+    stopping.join();
+    EXPECT_EQ(slow.receiveAll().find("]}"), std::string::npos);
 }
 
 TEST_F(Hostile, ClientThatNoNetworkHoldsFindsItsConnectionClosed) {

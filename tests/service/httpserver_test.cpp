@@ -8,6 +8,7 @@
 
 using namespace dorvantel::service;
 using namespace dorvantel::test;
+using namespace std::string_literals;
 using nlohmann::json;
 using testing::StartsWith;
 
@@ -89,6 +90,24 @@ TEST_F(HttpServerTest, KeyInTheBodyOfADeleteCountsMoreThanThePath) {
     EXPECT_EQ(list().size(), 1U);
     EXPECT_EQ(client().Delete("/curriculums/", json("a").dump(), jsonType)->status, 204);
     EXPECT_EQ(list().size(), 0U);
+}
+
+TEST_F(HttpServerTest, KeysWithControlCharactersAreFetchedAndDeleted) {
+    for (const auto& [key, encoded] : {std::pair{"a\nb@x"s, "a%0Ab@x"s},
+                                       {"a\rb@x"s, "a%0Db@x"s},
+                                       {"a\0b@x"s, "a%00b@x"s},
+                                       {"a\u2028b@x"s, "a%E2%80%A8b@x"s}}) {
+        Record record = makeRecord(key);
+        record.file = "%PDF";
+        ASSERT_EQ(insert(record)->status, 201);
+        const std::string address = "/curriculums/" + encoded;
+        EXPECT_EQ(get(address + "/file")->body, "{\"file\":[37,80,68,70]}") << encoded;
+        EXPECT_EQ(get(address + "/file", {{"Host", "evil.example"}})->status, 403) << encoded;
+        EXPECT_EQ(client().Delete(address)->status, 204) << encoded;
+        ASSERT_EQ(insert(record)->status, 201);
+        EXPECT_EQ(client().Delete(address, nlohmann::json(key).dump(), jsonType)->status, 204) << encoded;
+        expectError(client().Delete(address), 404, "there is no record with this e-mail");
+    }
 }
 
 TEST_F(HttpServerTest, DeleteRefusesABodyThatIsNoKey) {

@@ -4,6 +4,7 @@
 #include "service/Schema.h"
 #include "service/SqliteStore.h"
 #include "tests/service/FakeModelServer.h"
+#include "tests/service/RawClient.h"
 #include "tests/service/RecordsProcess.h"
 #include "tests/service/ServiceSupport.h"
 #include "tests/support/Wait.h"
@@ -122,6 +123,25 @@ TEST_F(ProcessTest, EndSignalFinishesWhatRuns) {
     ASSERT_TRUE(answer) << to_string(answer.error());
     EXPECT_EQ(json::parse(body)["response"].size(), 60U);
     EXPECT_EQ(process.exitCode(), code(ExitCode::Stopped));
+}
+
+TEST_F(ProcessTest, SecondEndSignalCutsWhoStillReadsAndClosesTheStoreInOrder) {
+    RecordsProcess process(arguments());
+    ASSERT_TRUE(process.waitUntilReady());
+    Record record = makeRecord("a@x");
+    record.file = std::string(8'000'000, 'x');
+    ASSERT_EQ(insert(process, record), 201);
+    const RawClient slow(process.port());
+    slow.send("GET /curriculums/a@x/file HTTP/1.1\r\nHost: localhost\r\n\r\n");
+    ASSERT_TRUE(waitUntil([&slow] { return !slow.isSilent(); }));
+    process.sendSignal(SIGTERM);
+    ASSERT_TRUE(waitUntil([&process] { return process.client().Get("/health")->status == 503; }));
+    const auto begin = std::chrono::steady_clock::now();
+    process.sendSignal(SIGTERM);
+    EXPECT_EQ(process.exitCode(), code(ExitCode::Stopped));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, HttpServer::Settings().stopPatience);
+    EXPECT_FALSE(fs::exists(folder.store().string() + "-wal"));
+    EXPECT_EQ(slow.receiveAll().find("]}"), std::string::npos) << "half an answer must not look whole";
 }
 
 TEST_F(ProcessTest, PortInUse) {
