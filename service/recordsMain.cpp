@@ -4,6 +4,7 @@
 #include "service/Commands.h"
 #include "service/EmbeddingQueue.h"
 #include "service/HttpServer.h"
+#include "service/OpenFiles.h"
 #include "service/Options.h"
 #include "service/Schema.h"
 #include "service/SqliteStore.h"
@@ -51,10 +52,20 @@ void stop(HttpServer& server, const sigset_t& signals) {
     second.join();
 }
 
+/// The settings with no more connections than the process can have files for.
+HttpServer::Settings withinOpenFiles(HttpServer::Settings settings) {
+    const std::size_t possible = connectionsWithin(raiseOpenFileLimit());
+    if (possible < settings.connections.open) {
+        settings.connections.open = possible;
+        log("the limit of open files leaves room for " + std::to_string(possible) + " connections at once");
+    }
+    return settings;
+}
+
 ExitCode serve(const Options& options, const std::filesystem::path& path) {
     const sigset_t signals = blockEndSignals();
     // The address first: when another service has it, the store is left alone.
-    HttpServer server(options.http, log);
+    HttpServer server(withinOpenFiles(options.http), log);
     if (const auto bound = server.bind(); !bound) {
         log(bound.error());
         return ExitCode::AddressUnusable;

@@ -17,7 +17,8 @@ const QByteArray readyText = "dorvantel-records is ready at ";
 
 } // namespace
 
-RecordsProcess::RecordsProcess(const QStringList& arguments) {
+RecordsProcess::RecordsProcess(const QStringList& arguments, const std::function<void()>& prepare) {
+    m_process.setChildProcessModifier(prepare);
     m_process.setProgram(QStringLiteral(DORVANTEL_BIN_DIR "/dorvantel-records"));
     m_process.setArguments(arguments);
     m_process.start();

@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QStringList>
 
+#include <functional>
 #include <string>
 
 #include <httplib.h>
@@ -14,8 +15,9 @@ namespace dorvantel::test {
 /// `dorvantel-records` as a process of its own. It ends with this object.
 class RecordsProcess {
 public:
-    /// Starts it with these arguments; the caller waits for what it expects.
-    explicit RecordsProcess(const QStringList& arguments);
+    /// Starts it with these arguments; the caller waits for what it expects. `prepare` runs in the new process before
+    /// the program does.
+    explicit RecordsProcess(const QStringList& arguments, const std::function<void()>& prepare = {});
     ~RecordsProcess();
 
     /// Waits for the ready line; a test failure with what the process says when it does not come.

@@ -16,6 +16,7 @@
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sys/resource.h>
 
 using namespace dorvantel::service;
 using namespace dorvantel::test;
@@ -142,6 +143,52 @@ TEST_F(ProcessTest, SecondEndSignalCutsWhoStillReadsAndClosesTheStoreInOrder) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, HttpServer::Settings().stopPatience);
     EXPECT_FALSE(fs::exists(folder.store().string() + "-wal"));
     EXPECT_EQ(slow.receiveAll().find("]}"), std::string::npos) << "half an answer must not look whole";
+}
+
+TEST_F(ProcessTest, LowLimitOfOpenFilesMakesFewerConnectionsAndNoErrors) {
+    constexpr std::size_t connections = 64;
+    {
+        SqliteStore store(folder.store(), "");
+        for (int i = 0; i < 60; ++i) {
+            Record record = makeRecord(std::to_string(i));
+            record.summarizedText = std::string(100'000, 'x');
+            ASSERT_TRUE(store.insert(record));
+        }
+    }
+    RecordsProcess process(arguments(), [] {
+        const rlimit few{256, 256};
+        setrlimit(RLIMIT_NOFILE, &few);
+    });
+    ASSERT_TRUE(process.waitUntilReady());
+    EXPECT_EQ(process.errors(), "dorvantel-records: the limit of open files leaves room for 64 connections at once\n");
+    std::vector<RawClient> readers;
+    for (std::size_t i = 0; i < connections; ++i) {
+        readers.emplace_back(process.port());
+        readers.back().send("GET /curriculums HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
+    }
+    // All answers are longer than what goes into the buffers, so all run by the time that each has begun.
+    EXPECT_TRUE(waitUntil([&] { return std::ranges::none_of(readers, &RawClient::isSilent); }));
+    EXPECT_EQ(RawClient(process.port()).receiveAll(), "") << "one more than there is room for";
+    for (const RawClient& reader : readers) {
+        EXPECT_THAT(reader.receiveAll(),
+                    testing::AllOf(testing::StartsWith("HTTP/1.1 200 "), testing::EndsWith("\r\n0\r\n\r\n")));
+    }
+    EXPECT_EQ(process.errors(), "");
+}
+
+TEST_F(ProcessTest, SoftLimitOfOpenFilesIsRaised) {
+    RecordsProcess process(arguments(), [] {
+        rlimit limit{};
+        getrlimit(RLIMIT_NOFILE, &limit);
+        limit.rlim_cur = 32;
+        setrlimit(RLIMIT_NOFILE, &limit);
+    });
+    ASSERT_TRUE(process.waitUntilReady());
+    std::vector<RawClient> silent;
+    for (int i = 0; i < 64; ++i) {
+        silent.emplace_back(process.port());
+    }
+    EXPECT_EQ(insert(process, makeRecord("a@x")), 201);
 }
 
 TEST_F(ProcessTest, PortInUse) {
