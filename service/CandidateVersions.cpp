@@ -8,8 +8,6 @@
 #include "service/StoreCheck.h"
 #include "service/StoreFile.h"
 
-#include <cstdlib>
-
 #include <sqlite3.h>
 
 namespace dorvantel::service {
@@ -20,11 +18,11 @@ namespace fs = std::filesystem;
 
 constexpr const char* versionsText =
     "SELECT id, name, profession, email, summary, mail, cv_json, state, strftime('%Y-%m-%dT%H:%M:%SZ', stored_at, "
-    "'unixepoch'), coalesce(strftime('%Y-%m-%dT%H:%M:%SZ', ended_at, 'unixepoch'), ''), bytes IS NOT NULL, bytes "
+    "'unixepoch'), coalesce(strftime('%Y-%m-%dT%H:%M:%SZ', ended_at, 'unixepoch'), '') "
     "FROM (SELECT id, name, profession, email, summary, mail, cv_json, ended_by AS state, stored_at, ended_at "
     "FROM history WHERE email = ?1 UNION ALL "
     "SELECT id, name, profession, email, summary, mail, cv_json, 'current', stored_at, NULL "
-    "FROM record WHERE email = ?1) LEFT JOIN pdf ON record = id ORDER BY id";
+    "FROM record WHERE email = ?1) ORDER BY id";
 
 void appendVersion(std::string& out, const SqliteStatement& version, const std::string& file) {
     out += "{\"version\":" + std::to_string(version.number(0)) + ',';
@@ -95,20 +93,24 @@ void emptyLog(const SqliteDatabase& database) {
 
 std::int64_t exportCandidate(const fs::path& store, std::string_view email, const fs::path& folder) {
     const SqliteDatabase database = openForReading(store.string());
+    database.execute("BEGIN"); // all of it is of one moment
     SqliteStatement version(database, versionsText);
     version.bind(0, email);
     if (!version.step()) {
         return 0;
     }
+    SqliteStatement pdf(database, "SELECT bytes FROM pdf WHERE record = ?");
     NewFile made(folder, NewFile::Kind::Folder);
     std::string json = "{\"versions\":[";
     std::int64_t count = 0;
     do {
-        const bool hasPDF = version.number(10) != 0;
+        pdf.bind(0, version.number(0));
+        const bool hasPDF = pdf.step();
         const std::string file = hasPDF ? "version-" + std::to_string(version.number(0)) + ".pdf" : "";
         if (hasPDF) {
-            writeNewFile(made.path() / file, version.blob(11));
+            writeNewFile(made.path() / file, pdf.blob(0));
         }
+        pdf.reset();
         json += count++ == 0 ? "\n" : ",\n";
         appendVersion(json, version, file);
     } while (version.step());
@@ -121,9 +123,6 @@ std::int64_t exportCandidate(const fs::path& store, std::string_view email, cons
 std::int64_t eraseCandidate(const fs::path& store, std::string_view email) {
     const OwnStore own(store);
     const SqliteDatabase& database = own.writer.database();
-    // Rewriting takes a copy of what stays; it belongs to where the store is, not into a folder of all users.
-    const fs::path folder = store.has_parent_path() ? store.parent_path() : fs::path(".");
-    setenv("SQLITE_TMPDIR", folder.c_str(), 1);
     database.execute("PRAGMA secure_delete = ON");
     const std::int64_t versions = removeVersions(database, email);
     emptyLog(database); // the emptied pages go over those in the file

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "service/Sqlite.h"
 
+#include <filesystem>
+#include <mutex>
+
 #include <sqlite3.h>
 
 namespace dorvantel::service {
@@ -12,12 +15,28 @@ namespace {
     throw SqliteError(result & 0xFF, handle != nullptr ? sqlite3_errmsg(handle) : sqlite3_errstr(result));
 }
 
+/// What does not fit SQLite's cache goes into temporary files, and those hold rows as well. They belong to where the
+/// database is, not into a folder of all users, which may be on another disk. It is one setting for the process; where
+/// several threads open databases, these are in one folder.
+void keepTemporaryFilesBeside(const std::string& path) {
+    const std::string folder = std::filesystem::absolute(path).parent_path().string();
+    static std::mutex mutex;
+    const std::scoped_lock lock(mutex);
+    if (sqlite3_temp_directory == nullptr || folder != sqlite3_temp_directory) {
+        sqlite3_free(sqlite3_temp_directory);
+        sqlite3_temp_directory = sqlite3_mprintf("%s", folder.c_str());
+    }
+}
+
 } // namespace
 
 SqliteDatabase::SqliteDatabase(const std::string& path, Access access, int busyMs) {
     // One thread at a time uses a connection, so SQLite's own mutexes would only cost time.
     const int flags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE |
                       (access == Access::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    if (access == Access::ReadWriteCreate) {
+        keepTemporaryFilesBeside(path);
+    }
     sqlite3* handle = nullptr;
     const int result = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
     m_handle.reset(handle);
@@ -28,6 +47,9 @@ SqliteDatabase::SqliteDatabase(const std::string& path, Access access, int busyM
     // A store file that somebody prepared must not be able to run anything when it is opened.
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    if (access == Access::ReadOnly) {
+        execute("PRAGMA temp_store = MEMORY"); // its folder may be closed to us, and there is little to sort
+    }
 }
 
 void SqliteDatabase::Close::operator()(sqlite3* handle) const {

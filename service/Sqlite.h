@@ -26,7 +26,8 @@ private:
     int m_code;
 };
 
-/// An open connection. Used by one thread at a time.
+/// An open connection. Used by one thread at a time. Nothing is written outside the file's folder: one that reads keeps
+/// what is temporary in memory, one that writes keeps it in temporary files beside the database.
 class SqliteDatabase {
 public:
     enum class Access { ReadOnly, ReadWriteCreate };
