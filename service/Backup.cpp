@@ -29,6 +29,36 @@ void refuseStore(const fs::path& file, const fs::path& store) {
     }
 }
 
+std::string headerOf(const fs::path& file) {
+    std::string header(storeHeaderSize, '\0');
+    std::ifstream input(file, std::ios::binary);
+    input.read(header.data(), std::ssize(header));
+    header.resize(static_cast<std::size_t>(input.gcount()));
+    return header;
+}
+
+/// Whoever opens the store the next time would take it for what it is named.
+void refuseNameBesideAStore(const fs::path& file) {
+    const std::string name = file.string();
+    for (const std::string_view suffix : {"-wal", "-shm", "-journal", ".lock"}) {
+        if (name.ends_with(suffix) && fs::exists(name.substr(0, name.size() - suffix.size()))) {
+            throw FileError(name + ": this is a name of what a store keeps beside it");
+        }
+    }
+}
+
+/// Only an earlier backup is replaced: a slip of the keyboard must not cost somebody another file.
+void refuseOtherContent(const fs::path& file) {
+    std::error_code unknown;
+    if (!fs::exists(file, unknown)) {
+        return;
+    }
+    const bool isEmpty = fs::is_regular_file(file, unknown) && fs::file_size(file, unknown) == 0;
+    if (!isEmpty && !isStoreHeader(headerOf(file))) {
+        throw FileError(file.string() + ": it is no backup, so it is not replaced");
+    }
+}
+
 /// A new file beside an old log would be taken for the one that the log belongs to.
 void refuseOpenFile(const fs::path& file) {
     for (const char* const suffix : logSuffixes) {
@@ -72,14 +102,6 @@ fs::path asideName(const fs::path& store) {
     return free;
 }
 
-std::string headerOf(const fs::path& file) {
-    std::string header(storeHeaderSize, '\0');
-    std::ifstream input(file, std::ios::binary);
-    input.read(header.data(), std::ssize(header));
-    header.resize(static_cast<std::size_t>(input.gcount()));
-    return header;
-}
-
 /// Moves what is in the log of a store into its file and makes sure that nobody else has it open, so that the file
 /// alone is the store. One that is too damaged for that stays as it is, with its log.
 void closeInOrder(const fs::path& store) {
@@ -121,9 +143,13 @@ std::optional<fs::path> keepAside(const fs::path& store) {
 } // namespace
 
 std::int64_t backUp(const fs::path& store, const fs::path& file, bool isReplacing) {
-    const SqliteDatabase from = openForReading(store.string());
+    const SqliteDatabase from = openForReading(onlyPathOf(store).string());
     refuseStore(file, store);
+    refuseNameBesideAStore(file);
     refuseOpenFile(file);
+    if (isReplacing) {
+        refuseOtherContent(file);
+    }
     NewFile made(file, isReplacing ? NewFile::Kind::Replacement : NewFile::Kind::File);
     StoreReport report;
     try {
@@ -144,8 +170,9 @@ std::int64_t backUp(const fs::path& store, const fs::path& file, bool isReplacin
     return report.candidates;
 }
 
-Restored restore(const fs::path& file, const fs::path& store) {
-    const StoreLock lock(store);
+Restored restore(const fs::path& file, const fs::path& named) {
+    const StoreLock lock(named);
+    const fs::path& store = lock.path();
     refuseStore(file, store);
     NewFile made(store, NewFile::Kind::Replacement);
     StoreReport report;

@@ -12,8 +12,9 @@
 namespace dorvantel::service {
 
 /// Copies a store as it is at one moment into `file`, which is one whole file with nothing beside it, its owner's
-/// alone, checked before it gets its name. Works while a service writes to the store. A file of this name is replaced
-/// only when told so. Gives the number of candidates. Throws StoreFileError, SchemaError, SqliteError and FileError.
+/// alone, checked before it gets its name. Works while a service writes to the store. An earlier backup of this name is
+/// replaced only when told so, anything else never. Gives the number of candidates. Throws StoreFileError, SchemaError,
+/// SqliteError and FileError.
 std::int64_t backUp(const std::filesystem::path& store, const std::filesystem::path& file, bool isReplacing);
 
 struct Restored {

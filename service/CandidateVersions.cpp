@@ -46,11 +46,14 @@ void appendVersion(std::string& out, const SqliteStatement& version, const std::
     out += '}';
 }
 
-/// A store that is not there must not be made by a command.
+/// A store that is not there must not be made by a command, nor out of an empty file.
 const fs::path& existing(const fs::path& store) {
     std::error_code unknown;
     if (!fs::exists(store, unknown)) {
         throw StoreFileError(store.string() + ": there is no store");
+    }
+    if (fs::is_regular_file(store, unknown) && fs::file_size(store, unknown) == 0) {
+        throw StoreFileError(store.string() + ": the file is empty");
     }
     return store;
 }
@@ -59,7 +62,7 @@ const fs::path& existing(const fs::path& store) {
 struct OwnStore {
     explicit OwnStore(const fs::path& store)
         : file(existing(store))
-        , writer(store.string()) {}
+        , writer(file.path().string()) {}
 
     StoreFile file;
     SqliteWriter writer;

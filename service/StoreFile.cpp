@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -75,19 +74,37 @@ std::optional<std::filesystem::path> defaultStorePath() {
         [](const auto& home) { return home / ".local" / "share" / "dorvantel" / "records.sqlite"; });
 }
 
-StoreLock::StoreLock(const std::filesystem::path& path) {
+std::filesystem::path onlyPathOf(const std::filesystem::path& store) {
+    std::error_code error;
+    const bool isLink = std::filesystem::is_symlink(store, error);
+    const bool leadsNowhere = isLink && !std::filesystem::exists(store, error);
+    if (leadsNowhere) {
+        fail(store, "it is a link to a file that is not there");
+    }
+    std::filesystem::path path = std::filesystem::weakly_canonical(std::filesystem::absolute(store), error);
+    if (error) {
+        fail(store, error.message());
+    }
+    if (std::filesystem::is_regular_file(path, error) && std::filesystem::hard_link_count(path, error) > 1) {
+        fail(path, "the file has several names (hard links); leave it one");
+    }
+    return path;
+}
+
+StoreLock::StoreLock(const std::filesystem::path& path)
+    : m_path(onlyPathOf(path)) {
     try {
-        makeFolders(path.parent_path());
+        makeFolders(m_path.parent_path());
     } catch (const std::filesystem::filesystem_error& error) {
-        fail(path, error.code().message());
+        fail(m_path, error.code().message());
     }
     // A file of its own carries the lock: closing any descriptor of the store would drop SQLite's locks on it.
-    std::filesystem::path lockPath = path;
+    std::filesystem::path lockPath = m_path;
     lockPath += ".lock";
     m_lock = openOwnerOnly(lockPath);
     if (flock(m_lock, LOCK_EX | LOCK_NB) != 0) {
         close(m_lock);
-        throw StoreInUse(path.string() + ": another dorvantel-records uses this store");
+        throw StoreInUse(m_path.string() + ": another dorvantel-records uses this store");
     }
 }
 
@@ -95,10 +112,9 @@ StoreLock::~StoreLock() {
     close(m_lock);
 }
 
-StoreFile::StoreFile(std::filesystem::path path)
-    : m_path(std::move(path))
-    , m_lock(m_path) {
-    close(openOwnerOnly(m_path));
+StoreFile::StoreFile(const std::filesystem::path& path)
+    : m_lock(path) {
+    close(openOwnerOnly(m_lock.path()));
 }
 
 } // namespace dorvantel::service

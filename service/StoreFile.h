@@ -22,6 +22,11 @@ class StoreInUse : public StoreFileError {
     using StoreFileError::StoreFileError;
 };
 
+/// The one path of a store, whatever symbolic links lead to it: what lies beside it is named after that one. Refuses a
+/// link that leads nowhere, and a file with several names (hard links), because each name would have a log of its own.
+/// Throws StoreFileError.
+std::filesystem::path onlyPathOf(const std::filesystem::path& store);
+
 /// Keeps other services and the commands that change a store away from it while this object lives. Makes the missing
 /// folders so that only their owner gets in; the store itself need not exist.
 class StoreLock {
@@ -30,8 +35,10 @@ public:
     StoreLock(const StoreLock&) = delete;
     StoreLock& operator=(const StoreLock&) = delete;
     ~StoreLock();
+    const std::filesystem::path& path() const { return m_path; } ///< of the store, its only one
 
 private:
+    std::filesystem::path m_path;
     int m_lock = -1;
 };
 
@@ -39,11 +46,10 @@ private:
 /// from everybody else where a store had it. A file that is no store of this program is left as it is.
 class StoreFile {
 public:
-    explicit StoreFile(std::filesystem::path path); ///< throws StoreFileError
-    const std::filesystem::path& path() const { return m_path; }
+    explicit StoreFile(const std::filesystem::path& path);              ///< throws StoreFileError
+    const std::filesystem::path& path() const { return m_lock.path(); } ///< its only one
 
 private:
-    std::filesystem::path m_path;
     StoreLock m_lock;
 };
 

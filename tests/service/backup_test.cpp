@@ -84,9 +84,46 @@ TEST_F(BackupTest, NameThatIsTakenIsRefusedUnlessItMayBeReplaced) {
     std::ofstream(backup()) << "something else";
     EXPECT_EQ(messageOf<FileError>([this] { backUp(folder.store(), backup(), false); }),
               backup().string() + ": it exists already");
+    EXPECT_EQ(messageOf<FileError>([this] { backUp(folder.store(), backup(), true); }),
+              backup().string() + ": it is no backup, so it is not replaced");
     EXPECT_EQ(fileBytes(backup()), "something else");
-    backUp(folder.store(), backup(), true);
-    EXPECT_EQ(at(backup(), "SELECT count(*) FROM record"), "2");
+    std::ofstream(backup(), std::ios::trunc).close(); // such as mktemp makes
+    for (int i = 0; i < 2; ++i) {
+        backUp(folder.store(), backup(), true);
+        EXPECT_EQ(at(backup(), "SELECT count(*) FROM record"), "2");
+    }
+}
+
+TEST_F(BackupTest, NamesOfWhatAStoreKeepsBesideItAreRefused) {
+    SqliteStore used(folder.store(), "");
+    ASSERT_TRUE(used.insert(makeRecord("late@x")));
+    fs::create_directory_symlink(folder.path(), folder.path() / "link");
+    for (const char* const suffix : {"-wal", "-shm", "-journal", ".lock"}) {
+        for (const fs::path& store : {folder.store(), folder.path() / "link" / "records.sqlite"}) {
+            const std::string name = store.string() + suffix;
+            for (const bool isReplacing : {false, true}) {
+                EXPECT_EQ(messageOf<FileError>([&] { backUp(folder.store(), name, isReplacing); }),
+                          name + ": this is a name of what a store keeps beside it");
+            }
+        }
+    }
+    EXPECT_FALSE(fs::exists(folder.store().string() + "-journal"));
+    EXPECT_EQ(backUp(folder.store(), backup(), false), 3);
+    EXPECT_EQ(backUp(folder.store(), folder.path() / "other-wal", false), 3) << "no store is named other";
+}
+
+TEST_F(BackupTest, StoreBehindALinkIsReplacedWhereItIs) {
+    backUp(folder.store(), backup(), false);
+    const fs::path link = folder.path() / "link.sqlite";
+    fs::create_symlink(folder.store(), link);
+    {
+        const SqliteStore used(folder.store(), "");
+        EXPECT_THROW(restore(backup(), link), StoreInUse);
+    }
+    const Restored restored = restore(backup(), link);
+    EXPECT_THAT(restored.keptAside->string(), StartsWith(folder.store().string() + ".before-restore-"));
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(at(folder.store(), "SELECT count(*) FROM record"), "2");
 }
 
 TEST_F(BackupTest, NeitherTheStoreNorAFileThatIsInUseIsReplaced) {
@@ -107,7 +144,8 @@ TEST_F(BackupTest, NeitherTheStoreNorAFileThatIsInUseIsReplaced) {
 }
 
 TEST_F(BackupTest, FailureLeavesNoFileAndTheEarlierBackupAsItWas) {
-    std::ofstream(backup()) << "the earlier one";
+    backUp(folder.store(), backup(), false);
+    const std::string earlier = fileBytes(backup());
     EXPECT_THAT(messageOf<FileError>([this] { backUp(folder.store(), folder.path() / "no" / "folder", false); }),
                 HasSubstr("it cannot be made: No such file or directory"));
     {
@@ -117,7 +155,7 @@ TEST_F(BackupTest, FailureLeavesNoFileAndTheEarlierBackupAsItWas) {
     }
     EXPECT_EQ(messageOf<StoreFileError>([this] { backUp(folder.path() / "none", backup(), true); }),
               (folder.path() / "none").string() + ": there is no store");
-    EXPECT_EQ(fileBytes(backup()), "the earlier one");
+    EXPECT_EQ(fileBytes(backup()), earlier);
     EXPECT_FALSE(fs::exists(folder.path() / "none"));
     for (const fs::path& file : files()) {
         EXPECT_THAT(file.string(), testing::Not(HasSubstr(".part-")));
@@ -218,7 +256,8 @@ TEST_F(BackupTest, WhatIsNoSoundBackupIsRefusedAndTheStoreStays) {
     fs::remove(backup());
     SqliteDatabase(backup().string(), SqliteDatabase::Access::ReadWriteCreate).execute("CREATE TABLE mine (x)");
     EXPECT_EQ(refusal(), backup().string() + ": the file is a database of another program");
-    backUp(folder.store(), backup(), true);
+    fs::remove(backup());
+    backUp(folder.store(), backup(), false);
     SqliteDatabase(backup().string(), SqliteDatabase::Access::ReadWriteCreate)
         .execute("UPDATE record SET cv_json = '{'");
     EXPECT_THAT(refusal(), StartsWith(backup().string() + ": the CV data of version "));

@@ -205,3 +205,12 @@ TEST_F(CandidateVersions, NoCommandMakesAStore) {
     EXPECT_THROW(exportCandidate(none, "a", target()), StoreFileError);
     EXPECT_FALSE(fs::exists(none.parent_path()));
 }
+
+TEST_F(CandidateVersions, NoCommandMakesAStoreOfAnEmptyFile) {
+    const fs::path empty = folder.path() / "empty";
+    std::ofstream(empty).close();
+    EXPECT_THROW(eraseCandidate(empty, "a"), StoreFileError);
+    EXPECT_THROW(forgetVectors(empty), StoreFileError);
+    EXPECT_EQ(fileBytes(empty), "");
+    EXPECT_FALSE(fs::exists(empty.string() + ".lock"));
+}

@@ -6,7 +6,6 @@
 #include "tests/service/RecordsProcess.h"
 
 #include <csignal>
-#include <fstream>
 
 #include <nlohmann/json.hpp>
 
@@ -93,7 +92,7 @@ TEST_F(CommandsProcess, BackupRestoreAndCheckBesideAndWithoutTheService) {
 
 TEST_F(CommandsProcess, BackupDoesNotReplaceUnlessToldSo) {
     const std::string file = inFolder("backup.sqlite");
-    std::ofstream(file) << "something";
+    ASSERT_EQ(run("backup", file).code, ExitCode::Stopped);
     const Ended refused = run("backup", file);
     EXPECT_EQ(refused.code, ExitCode::FileUnusable);
     EXPECT_EQ(refused.errors, "dorvantel-records: " + file + ": it exists already\n");

@@ -49,6 +49,53 @@ TEST_F(SqliteStoreTest, SecondServiceOnTheSameFileIsRefused) {
     }
 }
 
+TEST_F(SqliteStoreTest, LinksLeadToTheOneStore) {
+    fs::create_directory(folder.path() / "real");
+    const fs::path real = folder.path() / "real" / "records.sqlite";
+    fs::create_directory_symlink("real", folder.path() / "linked");
+    const fs::path link = folder.path() / "link.sqlite";
+    {
+        SqliteStore store(folder.path() / "linked" / "records.sqlite", "");
+        ASSERT_TRUE(store.insert(makeRecord("a@x")));
+        fs::create_symlink("real/records.sqlite", link);
+        for (const fs::path& same : {real, link, folder.path() / "real" / ".." / "linked" / "records.sqlite"}) {
+            EXPECT_THROW(SqliteStore(same, ""), StoreInUse) << same;
+        }
+    }
+    SqliteStore store(link, "");
+    EXPECT_THAT(emailsOf(store), ElementsAre("a@x"));
+    EXPECT_THROW(SqliteStore(real, ""), StoreInUse);
+    EXPECT_FALSE(fs::exists(link.string() + ".lock"));
+}
+
+TEST_F(SqliteStoreTest, LinkThatLeadsNowhereIsRefused) {
+    const fs::path link = folder.path() / "link.sqlite";
+    fs::create_symlink("unmounted/records.sqlite", link);
+    EXPECT_THROW(SqliteStore(link, ""), StoreFileError);
+    fs::create_symlink("around", folder.path() / "around");
+    EXPECT_THROW(SqliteStore(folder.path() / "around", ""), StoreFileError);
+    EXPECT_THROW(SqliteStore(folder.path() / "around" / "records.sqlite", ""), StoreFileError);
+}
+
+TEST_F(SqliteStoreTest, FileWithTwoNamesIsRefusedUnderBoth) {
+    {
+        const SqliteStore store(folder.store(), "");
+    }
+    const fs::path second = folder.path() / "second.sqlite";
+    fs::create_hard_link(folder.store(), second);
+    for (const fs::path& name : {folder.store(), second}) {
+        try {
+            const SqliteStore store(name, "");
+            ADD_FAILURE() << name;
+        } catch (const StoreFileError& error) {
+            EXPECT_EQ(std::string(error.what()),
+                      name.string() + ": the file has several names (hard links); leave it one");
+        }
+    }
+    fs::remove(second);
+    EXPECT_NO_THROW(SqliteStore(folder.store(), ""));
+}
+
 TEST_F(SqliteStoreTest, StoreThatIsNoDatabaseIsRefusedAndLeftAlone) {
     std::ofstream(folder.store()) << std::string(4'096, 'x');
     fs::permissions(folder.store(), readableByAll);
