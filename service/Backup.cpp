@@ -6,12 +6,12 @@
 #include "service/StoreFile.h"
 
 #include <array>
-#include <cerrno>
+#include <cstdio>
 #include <ctime>
 #include <fstream>
 
+#include <fcntl.h>
 #include <sqlite3.h>
-#include <unistd.h>
 
 namespace dorvantel::service {
 
@@ -118,25 +118,65 @@ void closeInOrder(const fs::path& store) {
         if (error.code() == SQLITE_BUSY) {
             throw StoreInUse(store.string() + ": another program reads this store");
         }
+        if (error.code() != SQLITE_CORRUPT && error.code() != SQLITE_NOTADB) {
+            throw StoreFileError(store.string() +
+                                 ": it cannot be closed in order, so nothing was changed: " + error.what());
+        }
     }
 }
 
-/// Gives the store another name, with what is left of its log: beside another file, SQLite would put that into it.
-std::optional<fs::path> keepAside(const fs::path& store) {
-    closeInOrder(store);
-    fs::path aside = asideName(store);
+void moveLog(const fs::path& from, const fs::path& to) {
     for (const char* const suffix : logSuffixes) {
-        if (fs::exists(store.string() + suffix)) {
-            fs::rename(store.string() + suffix, aside.string() + suffix);
+        if (fs::exists(from.string() + suffix)) {
+            fs::rename(from.string() + suffix, to.string() + suffix);
         }
     }
-    if (!fs::exists(store)) {
-        return std::nullopt;
+}
+
+/// In one step where the file system can, so that at no moment the store is missing. Gives the name that the store has
+/// then.
+fs::path exchange(const fs::path& made, const fs::path& store) {
+    if (renameat2(AT_FDCWD, made.c_str(), AT_FDCWD, store.c_str(), RENAME_EXCHANGE) == 0) {
+        return made;
     }
-    // A second name first, so that at no moment the store is missing: a service would begin an empty one.
-    if (link(store.c_str(), aside.c_str()) != 0) {
-        fs::rename(store, aside);
+    fs::path aside = asideName(store);
+    std::error_code failed;
+    fs::rename(store, aside, failed);
+    if (!failed) {
+        fs::rename(made, store, failed);
+        if (failed) {
+            fs::rename(aside, store);
+        }
     }
+    if (failed) {
+        fs::remove(made);
+        throw FileError(store.string() + ": it cannot be put in place: " + failed.message());
+    }
+    return aside;
+}
+
+/// Puts the new file in the store's place and keeps the store under another name. What is left of the log of one that
+/// is damaged or gone goes first: beside another file, SQLite would put it into that. A sound one has none by then.
+std::optional<fs::path> takePlaceOf(const fs::path& store, NewFile& made) {
+    closeInOrder(store);
+    const fs::path free = asideName(store);
+    moveLog(store, free);
+    std::optional<fs::path> aside;
+    try {
+        if (fs::exists(store)) {
+            made.putBeside(free);
+            aside = exchange(free, store);
+        } else {
+            made.putInPlace();
+        }
+    } catch (...) {
+        moveLog(free, store);
+        throw;
+    }
+    if (aside && *aside != free) {
+        moveLog(free, *aside);
+    }
+    syncFolder(store.parent_path());
     return aside;
 }
 
@@ -196,9 +236,7 @@ Restored restore(const fs::path& file, const fs::path& named) {
     if (!report.problems.empty()) {
         throw FileError(file.string() + ": " + report.problems.front());
     }
-    Restored restored{.candidates = report.candidates, .keptAside = keepAside(store)};
-    made.putInPlace();
-    return restored;
+    return {.candidates = report.candidates, .keptAside = takePlaceOf(store, made)};
 }
 
 } // namespace dorvantel::service

@@ -8,6 +8,8 @@
 #include "service/StoreCheck.h"
 #include "service/StoreFile.h"
 
+#include <cstring>
+
 #include <sqlite3.h>
 
 namespace dorvantel::service {
@@ -17,14 +19,33 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* versionsText =
-    "SELECT id, name, profession, email, summary, mail, cv_json, state, strftime('%Y-%m-%dT%H:%M:%SZ', stored_at, "
+    "SELECT id, name, profession, email, summary, mail, cv_json, cv_text, state, strftime('%Y-%m-%dT%H:%M:%SZ', "
+    "stored_at, "
     "'unixepoch'), coalesce(strftime('%Y-%m-%dT%H:%M:%SZ', ended_at, 'unixepoch'), '') "
-    "FROM (SELECT id, name, profession, email, summary, mail, cv_json, ended_by AS state, stored_at, ended_at "
+    "FROM (SELECT id, name, profession, email, summary, mail, cv_json, cv_text, ended_by AS state, stored_at, ended_at "
     "FROM history WHERE email = ?1 UNION ALL "
-    "SELECT id, name, profession, email, summary, mail, cv_json, 'current', stored_at, NULL "
+    "SELECT id, name, profession, email, summary, mail, cv_json, cv_text, 'current', stored_at, NULL "
     "FROM record WHERE email = ?1) ORDER BY id";
 
-void appendVersion(std::string& out, const SqliteStatement& version, const std::string& file) {
+void appendVector(std::string& out, SqliteStatement& vector, std::int64_t version) {
+    vector.bind(0, version);
+    if (vector.step()) {
+        out += ',';
+        appendJSONField(out, "vectorModel", vector.text(0));
+        out += ",\"vector\":[";
+        const std::string_view bytes = vector.blob(1);
+        for (std::size_t at = 0; at + sizeof(float) <= bytes.size(); at += sizeof(float)) {
+            float number = 0;
+            std::memcpy(&number, bytes.data() + at, sizeof number);
+            out += at == 0 ? "" : ",";
+            appendNumber(out, number);
+        }
+        out += ']';
+    }
+    vector.reset();
+}
+
+void appendVersion(std::string& out, const SqliteStatement& version, SqliteStatement& vector, const std::string& file) {
     out += "{\"version\":" + std::to_string(version.number(0)) + ',';
     int column = 1;
     for (const char* const key : {"name", "profession", "email", "summarizedText", "invitationMail"}) {
@@ -33,12 +54,15 @@ void appendVersion(std::string& out, const SqliteStatement& version, const std::
     }
     out += "\"jsonCVData\":";
     out += version.text(column++);
+    out += ',';
+    appendJSONField(out, "jsonCVDataText", version.text(column++));
     for (const char* const key : {"state", "storedAt", "endedAt"}) {
         if (const std::string_view text = version.text(column++); !text.empty()) {
             out += ',';
             appendJSONField(out, key, text);
         }
     }
+    appendVector(out, vector, version.number(0));
     if (!file.empty()) {
         out += ',';
         appendJSONField(out, "file", file);
@@ -103,6 +127,7 @@ std::int64_t exportCandidate(const fs::path& store, std::string_view email, cons
         return 0;
     }
     SqliteStatement pdf(database, "SELECT bytes FROM pdf WHERE record = ?");
+    SqliteStatement vector(database, "SELECT model, floats FROM vector WHERE record = ?");
     NewFile made(folder, NewFile::Kind::Folder);
     std::string json = "{\"versions\":[";
     std::int64_t count = 0;
@@ -115,7 +140,7 @@ std::int64_t exportCandidate(const fs::path& store, std::string_view email, cons
         }
         pdf.reset();
         json += count++ == 0 ? "\n" : ",\n";
-        appendVersion(json, version, file);
+        appendVersion(json, version, vector, file);
     } while (version.step());
     writeNewFile(made.path() / "candidate.json", json + "\n]}\n");
     syncFolder(made.path());

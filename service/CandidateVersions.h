@@ -8,10 +8,10 @@
 
 namespace dorvantel::service {
 
-/// Writes all versions of a candidate into `folder`, oldest first in `candidate.json`, their PDFs as
-/// `version-NUMBER.pdf`. The folder must not exist or be empty; it is there with everything in it or not at all. Works
-/// while a service writes to the store. Gives the number of versions; nothing is written for 0. Throws StoreFileError,
-/// SchemaError, SqliteError and FileError.
+/// Writes everything stored of all versions of a candidate into `folder`, oldest first in `candidate.json`, their PDFs
+/// as `version-NUMBER.pdf`. The folder must not exist or be empty; it is there with everything in it or not at all.
+/// Works while a service writes to the store. Gives the number of versions; nothing is written for 0. Throws
+/// StoreFileError, SchemaError, SqliteError and FileError.
 std::int64_t exportCandidate(const std::filesystem::path& store, std::string_view email,
                              const std::filesystem::path& folder);
 

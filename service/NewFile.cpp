@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
@@ -27,6 +28,15 @@ std::filesystem::path withoutLastSlash(const std::filesystem::path& path) {
 
 std::filesystem::path folderOf(const std::filesystem::path& path) {
     return path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
+}
+
+/// Leaves a file alone that has got the name meanwhile, unless the file system cannot tell; then whoever asked has
+/// looked just before.
+bool renameToFree(const std::filesystem::path& from, const std::filesystem::path& to) {
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+        return true;
+    }
+    return (errno == EINVAL || errno == ENOSYS) && rename(from.c_str(), to.c_str()) == 0;
 }
 
 } // namespace
@@ -55,8 +65,18 @@ NewFile::~NewFile() {
 
 void NewFile::putInPlace() {
     refuseTaken();
-    if (::rename(m_path.c_str(), m_place.c_str()) != 0) {
+    const bool isDone =
+        m_kind == Kind::File ? renameToFree(m_path, m_place) : rename(m_path.c_str(), m_place.c_str()) == 0;
+    if (!isDone) {
         fail(m_place, "it cannot be put in place: ", errno);
+    }
+    m_path.clear();
+    syncFolder(folderOf(m_place));
+}
+
+void NewFile::putBeside(const std::filesystem::path& freeName) {
+    if (!renameToFree(m_path, freeName)) {
+        fail(freeName, "it cannot be put in place: ", errno);
     }
     m_path.clear();
     syncFolder(folderOf(m_place));

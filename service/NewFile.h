@@ -31,8 +31,9 @@ public:
     /// Where it is made.
     const std::filesystem::path& path() const { return m_path; }
 
-    /// Gives it its name.
+    /// Gives it its name, or another one in the same folder that nothing has yet.
     void putInPlace();
+    void putBeside(const std::filesystem::path& freeName);
 
 private:
     void refuseTaken() const;

@@ -231,6 +231,43 @@ TEST_F(BackupTest, DamagedStoreIsKeptAsItIsWhenABackupTakesItsPlace) {
     EXPECT_THAT(emailsOf(store), ElementsAre("ana@x", "bea@x"));
 }
 
+TEST_F(BackupTest, SoundStoreThatCannotBeClosedInOrderStaysWithItsLog) {
+    backUp(folder.store(), backup(), false);
+    // A copy of the files under a running service is what a killed one leaves.
+    const fs::path killed = folder.path() / "killed" / "records.sqlite";
+    fs::create_directory(killed.parent_path());
+    {
+        SqliteStore store(folder.store(), "m");
+        Record late = makeRecord("late@x");
+        late.file = std::string(2'000'000, 'x');
+        ASSERT_TRUE(store.insert(late));
+        for (const char* const suffix : {"", "-wal"}) {
+            fs::copy_file(folder.store().string() + suffix, killed.string() + suffix);
+        }
+    }
+    {
+        const FullDisk disk(1'000'000); // enough for the backup, too little for the log
+        EXPECT_THAT(messageOf<StoreFileError>([&] { restore(backup(), killed); }),
+                    StartsWith(killed.string() + ": it cannot be closed in order, so nothing was changed: "));
+    }
+    for (const fs::path& file : files()) {
+        EXPECT_THAT(file.string(), testing::Not(testing::AnyOf(HasSubstr(".part-"), HasSubstr("before-restore"))));
+    }
+    {
+        SqliteStore store(killed, "m");
+        EXPECT_THAT(emailsOf(store), ElementsAre("ana@x", "bea@x", "late@x"));
+    }
+    EXPECT_EQ(restore(backup(), killed).candidates, 2);
+}
+
+TEST_F(BackupTest, KeptStoreIsTheOnlyNameOfItsFile) {
+    backUp(folder.store(), backup(), false);
+    const auto kept = restore(backup(), folder.store()).keptAside;
+    ASSERT_TRUE(kept);
+    EXPECT_EQ(fs::hard_link_count(*kept), 1U);
+    EXPECT_EQ(fs::hard_link_count(folder.store()), 1U);
+}
+
 TEST_F(BackupTest, LogOfAStoreThatIsGoneNeverGetsIntoTheRestoredOne) {
     backUp(folder.store(), backup(), false);
     std::string log;

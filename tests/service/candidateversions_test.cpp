@@ -56,6 +56,8 @@ TEST_F(CandidateVersions, ExportHasEveryVersionOldestFirstWithItsPDF) {
                                                    {"softSkills", {"Orden"}},
                                                    {"techSkills", {"Excel"}},
                                                    {"languages", {"Español"}}}));
+        EXPECT_EQ(versions[i]["jsonCVDataText"],
+                  makeRecord("x", {"Femenino", {"Orden"}, {"Excel"}, {"Español"}}).jsonCVData);
         EXPECT_EQ(versions[i]["state"], state);
         EXPECT_THAT(versions[i]["storedAt"].get<std::string>(), testing::MatchesRegex("20[0-9-]{8}T[0-9:]{8}Z"));
         EXPECT_EQ(versions[i].contains("endedAt"), state != "current");
@@ -65,6 +67,26 @@ TEST_F(CandidateVersions, ExportHasEveryVersionOldestFirstWithItsPDF) {
     for (const auto& file : fs::directory_iterator(target())) {
         EXPECT_EQ(file.status().permissions(), fs::perms::owner_read | fs::perms::owner_write) << file;
     }
+}
+
+TEST_F(CandidateVersions, ExportHasWhatNoAnswerShows) {
+    const std::string text =
+        R"({"gender":"Femenino","softSkills":[],"techSkills":[],"languages":[],"address":"Calle 5"})";
+    {
+        SqliteStore store(folder.store(), "m");
+        Record record = makeRecord("eva@x");
+        record.jsonCVData = text;
+        ASSERT_TRUE(store.insert(record));
+    }
+    ASSERT_EQ(exportCandidate(folder.store(), "eva@x", target()), 1);
+    const json eva = json::parse(fileBytes(target() / "candidate.json"))["versions"][0];
+    EXPECT_EQ(eva["jsonCVDataText"], text);
+    EXPECT_FALSE(eva.contains("vector")) << "it waits for one";
+    ASSERT_EQ(exportCandidate(folder.store(), "ana@x", folder.path() / "ana"), 3);
+    const json versions = json::parse(fileBytes(folder.path() / "ana" / "candidate.json"))["versions"];
+    EXPECT_EQ(versions[2]["vectorModel"], "m");
+    EXPECT_EQ(versions[2]["vector"].get<std::vector<float>>(), (std::vector<float>{0.6F, 0.8F}));
+    EXPECT_FALSE(versions[1].contains("vector"));
 }
 
 TEST_F(CandidateVersions, ExportOfWhomHasNoPDFOrIsDeletedOrUnknown) {
