@@ -159,6 +159,7 @@ fs::path exchange(const fs::path& made, const fs::path& store) {
 /// is damaged or gone goes first: beside another file, SQLite would put it into that. A sound one has none by then.
 std::optional<fs::path> takePlaceOf(const fs::path& store, NewFile& made) {
     closeInOrder(store);
+    const auto held = holdNewFiles();
     const fs::path free = asideName(store);
     moveLog(store, free);
     std::optional<fs::path> aside;

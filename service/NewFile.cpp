@@ -3,13 +3,16 @@
 #include "service/NewFile.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <set>
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -39,47 +42,94 @@ bool renameToFree(const std::filesystem::path& from, const std::filesystem::path
     return (errno == EINVAL || errno == ENOSYS) && rename(from.c_str(), to.c_str()) == 0;
 }
 
+constexpr const char* partMark = ".part-";
+constexpr std::size_t partLetters = 6;
+
+/// Both outlive the objects of the program, because a thread may abandon files while it ends.
+std::recursive_mutex& newFilesMutex() {
+    static auto* const mutex = new std::recursive_mutex;
+    return *mutex;
+}
+
+std::set<std::filesystem::path>& unfinished() {
+    static auto* const paths = new std::set<std::filesystem::path>;
+    return *paths;
+}
+
+/// With what SQLite puts beside a file while it writes to it.
+void removePart(const std::filesystem::path& path) {
+    for (const char* const suffix : {"", "-journal", "-wal", "-shm"}) {
+        std::error_code ignored;
+        std::filesystem::remove_all(path.string() + suffix, ignored);
+    }
+}
+
+/// Whether it is ours and nobody is making it.
+bool isLeftover(const std::filesystem::path& part) {
+    const int descriptor = open(part.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    struct stat status{};
+    const bool found = descriptor >= 0 && fstat(descriptor, &status) == 0 && status.st_uid == geteuid() &&
+                       flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+    if (descriptor >= 0) {
+        close(descriptor);
+    }
+    return found;
+}
+
 } // namespace
 
 NewFile::NewFile(const std::filesystem::path& place, Kind kind)
     : m_place(withoutLastSlash(place))
     , m_kind(kind) {
     refuseTaken(); // before the work that making it is
-    std::string path = m_place.string() + ".part-XXXXXX";
-    const int file = kind == Kind::Folder ? -1 : mkostemp(path.data(), O_CLOEXEC);
-    if (kind == Kind::Folder ? mkdtemp(path.data()) == nullptr : file < 0) {
+    const auto held = holdNewFiles();
+    removeLeftovers(m_place);
+    std::string path = m_place.string() + partMark + "XXXXXX";
+    if (kind == Kind::Folder) {
+        m_lock = mkdtemp(path.data()) != nullptr ? open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC) : -1;
+    } else {
+        m_lock = mkostemp(path.data(), O_CLOEXEC);
+    }
+    if (m_lock < 0) {
         fail(m_place, "it cannot be made: ", errno);
     }
-    if (file >= 0) {
-        close(file);
-    }
+    flock(m_lock, LOCK_EX);
     m_path = path;
+    unfinished().insert(m_path);
 }
 
 NewFile::~NewFile() {
+    const auto held = holdNewFiles();
     if (!m_path.empty()) {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
+        removePart(m_path);
+        unfinished().erase(m_path);
     }
+    close(m_lock);
+}
+
+void NewFile::isNamed() {
+    unfinished().erase(m_path);
+    m_path.clear();
+    syncFolder(folderOf(m_place));
 }
 
 void NewFile::putInPlace() {
+    const auto held = holdNewFiles();
     refuseTaken();
     const bool isDone =
         m_kind == Kind::File ? renameToFree(m_path, m_place) : rename(m_path.c_str(), m_place.c_str()) == 0;
     if (!isDone) {
         fail(m_place, "it cannot be put in place: ", errno);
     }
-    m_path.clear();
-    syncFolder(folderOf(m_place));
+    isNamed();
 }
 
 void NewFile::putBeside(const std::filesystem::path& freeName) {
+    const auto held = holdNewFiles();
     if (!renameToFree(m_path, freeName)) {
         fail(freeName, "it cannot be put in place: ", errno);
     }
-    m_path.clear();
-    syncFolder(folderOf(m_place));
+    isNamed();
 }
 
 void NewFile::refuseTaken() const {
@@ -90,6 +140,31 @@ void NewFile::refuseTaken() const {
     if (isTaken && (m_kind == Kind::File || (m_kind == Kind::Folder && !isEmptyFolder))) {
         throw FileError(m_place.string() + ": it exists already");
     }
+}
+
+void removeLeftovers(const std::filesystem::path& place) {
+    const std::string start = place.filename().string() + partMark;
+    std::error_code unreadable;
+    for (const auto& entry : std::filesystem::directory_iterator(folderOf(place), unreadable)) {
+        const std::string name = entry.path().filename().string();
+        const bool isPart = name.starts_with(start) && name.size() == start.size() + partLetters &&
+                            std::ranges::all_of(name.substr(start.size()),
+                                                [](unsigned char letter) { return std::isalnum(letter) != 0; });
+        if (isPart && isLeftover(entry.path())) {
+            removePart(entry.path());
+        }
+    }
+}
+
+void abandonNewFiles() {
+    newFilesMutex().lock(); // until the process ends
+    for (const std::filesystem::path& path : unfinished()) {
+        removePart(path);
+    }
+}
+
+std::unique_lock<std::recursive_mutex> holdNewFiles() {
+    return std::unique_lock(newFilesMutex());
 }
 
 void writeNewFile(const std::filesystem::path& path, std::string_view bytes) {

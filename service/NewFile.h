@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -15,7 +16,8 @@ class FileError : public std::runtime_error {
 };
 
 /// A file or folder that is made under another name beside its place, readable by its owner alone, so that under its
-/// own name it is there whole or not at all. What was not put in place is removed with this object. Throws FileError.
+/// own name it is there whole or not at all. What was not put in place is removed with this object; what a process left
+/// that was killed, by the next object for the same place. Throws FileError.
 class NewFile {
 public:
     enum class Kind {
@@ -37,11 +39,23 @@ public:
 
 private:
     void refuseTaken() const;
+    void isNamed();
 
     std::filesystem::path m_place;
     std::filesystem::path m_path;
     Kind m_kind;
+    int m_lock = -1; ///< tells other processes that it is being made
 };
+
+/// Removes what processes left that were killed while they made a NewFile for this place.
+void removeLeftovers(const std::filesystem::path& place);
+
+/// Removes whatever this process has not put in place, and keeps its threads from putting anything there or beginning
+/// anew. For a process that is about to end.
+void abandonNewFiles();
+
+/// Lets `abandonNewFiles` wait for steps that belong together.
+std::unique_lock<std::recursive_mutex> holdNewFiles();
 
 /// Makes a file that must not exist yet, its owner's alone, and writes it to the disk. Throws FileError.
 void writeNewFile(const std::filesystem::path& path, std::string_view bytes);

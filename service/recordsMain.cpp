@@ -4,6 +4,7 @@
 #include "service/Commands.h"
 #include "service/EmbeddingQueue.h"
 #include "service/HttpServer.h"
+#include "service/NewFile.h"
 #include "service/OpenFiles.h"
 #include "service/Options.h"
 #include "service/Schema.h"
@@ -123,6 +124,30 @@ ExitCode runOn(const std::optional<std::filesystem::path>& named,
     return reporting(*path, [&] { return work(*path); });
 }
 
+/// A command that is asked to end removes what it has not finished, and ends as if nobody had caught the signal. What
+/// it changes within a store is safe by itself.
+void abandonNewFilesOnSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction action{};
+        sigaction(signal, nullptr, &action);
+        if (action.sa_handler != SIG_IGN) { // such as under nohup
+            sigaddset(&signals, signal);
+        }
+    }
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    std::thread([signals] {
+        int received = 0;
+        if (sigwait(&signals, &received) == 0) {
+            abandonNewFiles();
+            std::signal(received, SIG_DFL);
+            pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+            std::raise(received);
+        }
+    }).detach();
+}
+
 ExitCode runCommandLine(const std::vector<std::string_view>& arguments) {
     const auto line = parseCommandLine(arguments);
     if (!line) {
@@ -133,6 +158,7 @@ ExitCode runCommandLine(const std::vector<std::string_view>& arguments) {
         print(commandHelpText(*line->text));
         return ExitCode::Stopped;
     }
+    abandonNewFilesOnSignals();
     return runOn(line->store, [&](const std::filesystem::path& path) {
         return runCommand(*line, path, {[](std::string_view result) { print(std::string(result) + "\n"); }, log});
     });

@@ -152,6 +152,12 @@ TEST_F(CandidateVersions, ErasingClearsTheLogOfAServiceThatWasKilled) {
     EXPECT_THAT(filesWith("dora"), IsEmpty());
 }
 
+TEST_F(CandidateVersions, ErasingRemovesWhatAKilledRestorationLeft) {
+    fs::copy_file(folder.store(), folder.store().string() + ".part-aB3xYz");
+    ASSERT_EQ(eraseCandidate(folder.store(), "ana@x"), 3);
+    EXPECT_THAT(filesWith("ana-3/499"), IsEmpty());
+}
+
 TEST_F(CandidateVersions, ErasingOneOfManyLeavesNothingBetweenTheOthers) {
     {
         SqliteStore store(folder.store(), "m");

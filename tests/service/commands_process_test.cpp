@@ -4,7 +4,9 @@
 #include "service/Schema.h"
 #include "tests/service/MadeStore.h"
 #include "tests/service/RecordsProcess.h"
+#include "tests/support/Wait.h"
 
+#include <algorithm>
 #include <csignal>
 
 #include <nlohmann/json.hpp>
@@ -107,6 +109,26 @@ TEST_F(CommandsProcess, RestoreOfWhatIsNoBackup) {
     SqliteDatabase(inFolder("backup.sqlite"), SqliteDatabase::Access::ReadWriteCreate)
         .execute("PRAGMA user_version = 99");
     EXPECT_EQ(run("restore", inFolder("backup.sqlite")).code, ExitCode::StoreNewer);
+}
+
+TEST_F(CommandsProcess, CommandThatIsAskedToEndLeavesNothingHalfMade) {
+    const std::string file = inFolder("backup.sqlite");
+    run("backup", file);
+    const auto hasPart = [this] {
+        return std::ranges::any_of(
+            files(), [](const fs::path& path) { return path.string().find(".part-") != std::string::npos; });
+    };
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        // Keeps the command waiting for the backup.
+        const SqliteDatabase reader(file, SqliteDatabase::Access::ReadWriteCreate);
+        reader.execute("BEGIN EXCLUSIVE");
+        RecordsProcess process({u"restore"_s, QString::fromStdString(file), u"--store"_s, store()});
+        ASSERT_TRUE(waitUntil(hasPart));
+        process.sendSignal(signal);
+        EXPECT_EQ(process.exitCode(), -1) << "it ends by the signal";
+        EXPECT_FALSE(hasPart());
+    }
+    EXPECT_EQ(value("SELECT count(*) FROM record"), "2");
 }
 
 TEST_F(CommandsProcess, CheckNamesWhatIsWrong) {
