@@ -23,6 +23,23 @@ using namespace std::chrono_literals;
 constexpr auto answerTime = 5min;
 constexpr auto connectTime = 10s;
 
+/// Ends with a whole word, so that no name is cut to something that is none; at least with a whole character.
+std::string_view beginningOf(std::string_view text, std::size_t longest) {
+    if (text.size() <= longest) {
+        return text;
+    }
+    std::size_t end = text.find_last_of(" \t\r\n", longest);
+    if (end == std::string_view::npos) {
+        constexpr unsigned char continuationBits = 0xC0;
+        constexpr unsigned char continuation = 0x80;
+        end = longest;
+        while (end > 0 && (static_cast<unsigned char>(text[end]) & continuationBits) == continuation) {
+            --end;
+        }
+    }
+    return text.substr(0, end);
+}
+
 std::expected<std::vector<double>, EmbeddingError> readVector(const std::string& body) {
     const auto unusable = std::unexpected(EmbeddingError{true, "the model server's answer holds no vector"});
     simdjson::dom::parser parser;
@@ -44,14 +61,15 @@ std::expected<std::vector<double>, EmbeddingError> readVector(const std::string&
 } // namespace
 
 std::string embeddingText(const Unembedded& candidate) {
-    std::string text =
-        candidate.profession + "\n" + withoutNameAndEmail(candidate.summarizedText, candidate.name, candidate.email);
+    const std::string_view summary = beginningOf(candidate.summarizedText, longestEmbeddedSummary);
+    std::string text(beginningOf(candidate.profession, longestEmbeddedSummary));
+    text += "\n" + withoutNameAndEmail(summary, candidate.name, candidate.email);
     for (const auto* const list : {&candidate.cvData.techSkills, &candidate.cvData.softSkills}) {
         for (const std::string& value : *list) {
             text += "\n" + value;
         }
     }
-    return text;
+    return std::string(beginningOf(text, longestEmbeddedText));
 }
 
 std::optional<std::vector<float>> unitVector(const std::vector<double>& vector) {

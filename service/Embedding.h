@@ -13,6 +13,11 @@
 
 namespace dorvantel::service {
 
+/// How much of a summary, and of all texts together, a vector is made of, in bytes: far more than models read, and
+/// little enough that one candidate does not hold up the others.
+constexpr std::size_t longestEmbeddedSummary = 32 * 1024;
+constexpr std::size_t longestEmbeddedText = 64 * 1024;
+
 /// What a candidate's vector is made of: profession, summary and skills, the summary without the candidate's name and
 /// e-mail. So neither they nor the gender nor the languages can move a ranking. A change of these texts needs a
 /// migration that forgets the vectors made of the earlier ones.

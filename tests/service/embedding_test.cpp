@@ -4,6 +4,7 @@
 
 #include "tests/service/FakeModelServer.h"
 
+#include <chrono>
 #include <cmath>
 #include <latch>
 #include <limits>
@@ -49,6 +50,43 @@ TEST(EmbeddingText, NameAndEmailInTheSummaryDoNotShow) {
 TEST(EmbeddingText, GenderDoesNotShow) {
     EXPECT_EQ(embeddingText({7, "N", "E", "P", "R", {"Femenino", {}, {}, {}}}),
               embeddingText({7, "N", "E", "P", "R", {"Masculino", {}, {}, {}}}));
+}
+
+TEST(EmbeddingText, HugeSummaryIsReadUntilAWordEndsWithinTheLimit) {
+    Unembedded candidate{7, "Ana Gil", "x@y", "P", "", {"", {}, {"Excel"}, {}}};
+    candidate.summarizedText = std::string(longestEmbeddedSummary - 6, 'a') + " b Gil, Ana";
+    EXPECT_EQ(embeddingText(candidate), "P\n" + std::string(longestEmbeddedSummary - 6, 'a') + " b\nExcel");
+    candidate.summarizedText = std::string(longestEmbeddedSummary, 'a');
+    EXPECT_EQ(embeddingText(candidate), "P\n" + candidate.summarizedText + "\nExcel");
+}
+
+TEST(EmbeddingText, HugeSummaryWithoutBlanksEndsWithAWholeCharacter) {
+    Unembedded candidate{7, "Ana Gil", "x@y", "P", "", {}};
+    for (std::size_t i = 0; i < longestEmbeddedSummary; ++i) {
+        candidate.summarizedText += "語";
+    }
+    EXPECT_EQ(embeddingText(candidate), "P\n" + candidate.summarizedText.substr(0, longestEmbeddedSummary / 3 * 3));
+}
+
+TEST(EmbeddingText, TextsTogetherAreBounded) {
+    const std::string huge(1'000'000, 'x');
+    EXPECT_LE(embeddingText({7, "N", "E", huge, huge, {"", {huge}, {huge, huge}, {}}}).size(), longestEmbeddedText);
+}
+
+TEST(EmbeddingText, SummaryOfSixtyMegabytesFullOfTheNameTakesNoLongTime) {
+    std::string name;
+    for (char first = 'a'; first < 'h'; ++first) {
+        for (char second = 'a'; second < 'h'; ++second) {
+            name += std::string(3, first) + second + " ";
+        }
+    }
+    Unembedded candidate{7, name, "x@y", "P", "X ", {}};
+    while (candidate.summarizedText.size() < 60'000'000) {
+        candidate.summarizedText += name;
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_LT(embeddingText(candidate).size(), longestEmbeddedText);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10)) << "even under load";
 }
 
 TEST(UnitVector, HasLengthOneAndTheSameDirection) {
