@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "service/NameRemoval.h"
 
+#include "service/CandidateName.h"
+
 #include <QRegularExpression>
-#include <QString>
 
 #include <algorithm>
-#include <array>
-#include <vector>
 
 namespace dorvantel::service {
 
@@ -15,149 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::array<QStringView, 41> smallWords{
-    u"of",  u"the", u"and", u"de",    u"del",   u"la",  u"las", u"los", u"el",  u"y",   u"e",   u"i",     u"da", u"das",
-    u"do",  u"dos", u"di",  u"du",    u"des",   u"le",  u"van", u"von", u"der", u"den", u"ter", u"ten",   u"zu", u"bin",
-    u"ibn", u"al",  u"san", u"santa", u"santo", u"mac", u"mc",  u"o",   u"d",   u"l",   u"st",  u"saint", u"af"};
-constexpr std::array<QStringView, 18> titles{u"sr",  u"sra", u"srta", u"srto",  u"don",    u"dona",
-                                             u"dna", u"d",   u"da",   u"senor", u"senora", u"senorita",
-                                             u"mr",  u"mrs", u"ms",   u"miss",  u"mister", u"mx"};
-constexpr std::array<QStringView, 2> articles{u"el", u"la"};
-
-/// Parts shorter than this stand in many words by chance.
-constexpr qsizetype shortestPartInside = 3;
-
-/// No name has more words; what has more must not take the time of all others.
-constexpr std::size_t mostNameWords = 50;
-
-/// The part of an e-mail address before the @ can be no longer.
-constexpr qsizetype longestLocalPart = 64;
-
-template <std::size_t count>
-bool isOneOf(const std::array<QStringView, count>& words, QStringView word) {
-    return std::ranges::find(words, word) != words.end();
-}
-
-/// Without case and accents.
-QString folded(QStringView word) {
-    const QString lower = word.toString().toCaseFolded();
-    if (lower == u"mª"_s) {
-        return u"maria"_s;
-    }
-    QString plain = lower.normalized(QString::NormalizationForm_KD);
-    plain.removeIf([](QChar character) { return character.isMark(); });
-    return plain.toCaseFolded();
-}
-
-struct Word {
-    qsizetype begin = 0;
-    qsizetype end = 0;
-    QString text; ///< folded
-    bool isLower = false;
-};
-
-bool isInWord(QChar character) {
-    return character.isLetterOrNumber() || character.isMark() || character.isSurrogate();
-}
-
-std::vector<Word> wordsOf(const QString& text) {
-    std::vector<Word> words;
-    for (qsizetype at = 0; at < text.size();) {
-        if (!isInWord(text[at])) {
-            ++at;
-            continue;
-        }
-        const qsizetype begin = at;
-        while (at < text.size() && isInWord(text[at])) {
-            ++at;
-        }
-        QString plain = folded(QStringView(text).sliced(begin, at - begin));
-        if (!plain.isEmpty()) { // marks alone
-            words.push_back({begin, at, std::move(plain), text[begin].isLower()});
-        }
-    }
-    return words;
-}
-
-/// A name as a text can mention it.
-class Name {
-public:
-    Name(const QString& name, const QString& email)
-        : m_words(wordsOf(name)) {
-        m_words.resize(std::min(m_words.size(), mostNameWords));
-        const QString local = folded(email.section(u'@', 0, 0));
-        QString letters = local;
-        letters.removeIf([](QChar character) { return !character.isLetter(); });
-        QString initials;
-        for (const Word& word : m_words) {
-            initials += word.text.front();
-        }
-        // One that is a word of the name is found as that word.
-        const bool isWord = std::ranges::find(m_words, local, &Word::text) != m_words.end();
-        if (local.size() <= longestLocalPart && !isWord &&
-            (holdsPart(letters) || (initials.size() > 1 && letters == initials))) {
-            m_handle = local;
-        }
-    }
-
-    /// How many of `words` from `first` on are words of the name in their order there; 0 for a mere small word.
-    template <typename IsJoined>
-    std::size_t matchAt(const std::vector<Word>& words, std::size_t first, bool isAllLower, IsJoined isJoined) const {
-        std::size_t longest = 0;
-        for (std::size_t start = 0; start < m_words.size(); ++start) {
-            std::size_t length = 0;
-            std::size_t parts = 0;
-            bool isName = isAllLower;
-            std::size_t matched = 0; ///< up to the last word that is more than a small one
-            while (first + length < words.size() && start + length < m_words.size() &&
-                   (length == 0 || isJoined(first + length - 1)) &&
-                   words[first + length].text == m_words[start + length].text) {
-                const Word& word = words[first + length++];
-                if (isPart(word.text)) {
-                    ++parts;
-                    isName = isName || !word.isLower;
-                    matched = length;
-                }
-            }
-            if (parts > 1 || (parts == 1 && isName)) {
-                longest = std::max(longest, matched);
-            }
-        }
-        return longest;
-    }
-
-    bool hasInitial(const Word& word) const {
-        return word.text.size() == 1 && !word.isLower &&
-               std::ranges::any_of(m_words, [&](const Word& own) { return own.text.startsWith(word.text); });
-    }
-
-    /// Whether a web address or the name of an account is made of the name.
-    bool isIn(const QString& address) const {
-        const QString plain = folded(address);
-        if (!m_handle.isEmpty() && plain.contains(m_handle)) {
-            return true;
-        }
-        const auto partsInside = std::ranges::count_if(
-            m_words, [&](const Word& own) { return isLongPart(own.text) && plain.contains(own.text); });
-        return partsInside > 1 || std::ranges::any_of(wordsOf(address), [this](const Word& word) {
-                   return isPart(word.text) && std::ranges::find(m_words, word.text, &Word::text) != m_words.end();
-               });
-    }
-
-    /// Empty when it says nothing of the name.
-    const QString& handle() const { return m_handle; }
-
-private:
-    static bool isPart(const QString& word) { return word.size() > 1 && !isOneOf(smallWords, word); }
-    static bool isLongPart(const QString& word) { return word.size() >= shortestPartInside && isPart(word); }
-    bool holdsPart(const QString& letters) const {
-        return std::ranges::any_of(m_words,
-                                   [&](const Word& own) { return isLongPart(own.text) && letters.contains(own.text); });
-    }
-
-    std::vector<Word> m_words;
-    QString m_handle;
-};
+/// How far before a name its titles can begin.
+constexpr qsizetype longestIntroduction = 80;
 
 /// Takes pieces out of a text, with the blanks that would be left double.
 class Cutter {
@@ -174,6 +32,8 @@ public:
             }
         }
     }
+    /// Where the text begins that can still be cut.
+    qsizetype at() const { return m_at; }
     QString rest() {
         m_kept += QStringView(m_text).sliced(m_at);
         return m_kept;
@@ -185,9 +45,55 @@ private:
     qsizetype m_at = 0;
 };
 
-/// E-mail and web addresses, and what may be the name of an account: pieces between blanks, brackets, quotes and
-/// commas.
-QString withoutAddresses(const QString& text, const Name& name) {
+bool areBlanks(QStringView between) {
+    return between.trimmed().isEmpty();
+}
+
+/// Whether nothing but a blank is between a word and what begins at `next`, or the full stop of a short word.
+bool goesWith(const QString& text, const Word& word, qsizetype next) {
+    const QStringView between = QStringView(text).sliced(word.end, next - word.end);
+    const bool isShortened = word.text.size() == 1 || isTitle(word.text);
+    return areBlanks(isShortened && between.startsWith(u'.') ? between.sliced(1) : between);
+}
+
+enum class Mention { Name, Account };
+
+/// Cuts a mention with the initials, the titles and the article that lead to it.
+void cutMention(Cutter& cutter, const QString& text, qsizetype begin, qsizetype end, const CandidateName& name,
+                Mention mention) {
+    const qsizetype from = std::max(cutter.at(), begin - longestIntroduction);
+    std::vector<Word> words = wordsOf(QStringView(text).sliced(from, begin - from));
+    for (Word& word : words) {
+        word.begin += from;
+        word.end += from;
+    }
+    const auto isBefore = [&] { return !words.empty() && goesWith(text, words.back(), begin); };
+    const auto take = [&] {
+        begin = words.back().begin;
+        words.pop_back();
+    };
+    while (isBefore() && name.hasInitial(words.back()) && text[words.back().end] == u'.') {
+        take();
+    }
+    bool mayHaveArticle = mention == Mention::Name;
+    while (isBefore() && isTitle(words.back().text)) {
+        take();
+        mayHaveArticle = true;
+    }
+    if (mayHaveArticle && isBefore()) {
+        const Word& article = words.back();
+        if (article.text == u"el" || article.text == u"la") {
+            begin = article.begin;
+        } else if (article.text == u"al" || article.text == u"del") {
+            // A preposition with the article "el": the preposition stays, as it does before "la".
+            cutter.cut(article.end - 1, article.end);
+        }
+    }
+    cutter.cut(begin, end);
+}
+
+/// E-mail and web addresses, and accounts made of the name: pieces between blanks, brackets, quotes and commas.
+QString withoutAddresses(const QString& text, const CandidateName& name) {
     constexpr QStringView around = u"<>()[]{}\"',;|";
     constexpr QStringView closing = u".:!?";
     const auto isAround = [&](QChar character) { return character.isSpace() || around.contains(character); };
@@ -203,10 +109,8 @@ QString withoutAddresses(const QString& text, const Name& name) {
         }
         const bool isMail = piece.indexOf(u'@', 1) > 0 && !piece.endsWith(u'@');
         const bool isWeb = piece.contains(u"://") || piece.startsWith(u"www.", Qt::CaseInsensitive);
-        const qsizetype dot = piece.indexOf(u'.');
-        const bool mayHoldName = piece.startsWith(u'@') || (dot >= 0 && piece.indexOf(u'/', dot) > 0);
-        if (isMail || isWeb || (mayHoldName && name.isIn(piece.toString()))) {
-            cutter.cut(at, at + piece.size());
+        if (isMail || isWeb || name.isIn(piece)) {
+            cutMention(cutter, text, at, at + piece.size(), name, Mention::Account);
         }
         at = end + 1;
     }
@@ -214,51 +118,45 @@ QString withoutAddresses(const QString& text, const Name& name) {
 }
 
 /// The part of the e-mail before the @, where it stands by itself.
-QString withoutHandle(const QString& text, const QString& handle) {
-    if (handle.isEmpty()) {
+QString withoutHandle(const QString& text, const CandidateName& name) {
+    if (name.handle().isEmpty()) {
         return text;
     }
     const QRegularExpression expression(
-        u"(?<![\\w.@-])"_s + QRegularExpression::escape(handle) + u"(?![\\w@]|[.-]\\w)"_s,
+        u"(?<![\\w.@-])"_s + QRegularExpression::escape(name.handle()) + u"(?![\\w@]|[.-]\\w)"_s,
         QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
     Cutter cutter(text);
     for (auto matches = expression.globalMatch(text); matches.hasNext();) {
         const auto match = matches.next();
-        cutter.cut(match.capturedStart(), match.capturedEnd());
+        cutMention(cutter, text, match.capturedStart(), match.capturedEnd(), name, Mention::Account);
     }
     return cutter.rest();
 }
 
-QString withoutName(const QString& text, const Name& name) {
+QString withoutName(const QString& text, const CandidateName& name) {
     const std::vector<Word> words = wordsOf(text);
     const bool isAllLower = std::ranges::none_of(text, [](QChar character) { return character.isUpper(); });
     const auto isJoined = [&](std::size_t left) {
         const QStringView between = QStringView(text).sliced(words[left].end, words[left + 1].begin - words[left].end);
-        const bool isShortened = words[left].text.size() == 1 || isOneOf(titles, words[left].text);
-        const QStringView blanks = isShortened && between.startsWith(u'.') ? between.sliced(1) : between;
         return between == u"-" || between == u"'" || between == u"’" || between == u"\u2011" ||
-               blanks.trimmed().isEmpty();
+               goesWith(text, words[left], words[left + 1].begin);
     };
     Cutter cutter(text);
-    std::size_t free = 0; ///< the first word that may still be cut
     for (std::size_t first = 0; first < words.size();) {
-        const std::size_t length = name.matchAt(words, first, isAllLower, isJoined);
-        if (length == 0) {
-            ++first;
+        const CandidateName::Run run = name.runAt(words, first, isAllLower, isJoined);
+        if (run.named == 0) { // nor does what is left of the run
+            first += std::max<std::size_t>(run.length, 1);
             continue;
         }
-        std::size_t begin = first;
-        while (begin > free && isJoined(begin - 1) && name.hasInitial(words[begin - 1]) &&
-               text[words[begin - 1].end] == u'.') {
-            --begin;
+        const qsizetype begin = words[first].begin;
+        first += run.named;
+        qsizetype end = words[first - 1].end;
+        // "Ana G."
+        while (first < words.size() && name.hasInitial(words[first]) && words[first].end < text.size() &&
+               text[words[first].end] == u'.' && areBlanks(QStringView(text).sliced(end, words[first].begin - end))) {
+            end = words[first++].end + 1;
         }
-        if (begin > free && isJoined(begin - 1) && isOneOf(titles, words[begin - 1].text)) {
-            --begin;
-            begin -= begin > free && isJoined(begin - 1) && isOneOf(articles, words[begin - 1].text) ? 1 : 0;
-        }
-        first += length;
-        cutter.cut(words[begin].begin, words[first - 1].end);
-        free = first;
+        cutMention(cutter, text, begin, end, name, Mention::Name);
     }
     return cutter.rest();
 }
@@ -269,9 +167,8 @@ std::string withoutNameAndEmail(std::string_view text, std::string_view name, st
     const auto decoded = [](std::string_view utf8) {
         return QString::fromUtf8(QByteArrayView(utf8.begin(), utf8.end()));
     };
-    const Name ownName(decoded(name), decoded(email));
-    const QString withoutContact = withoutHandle(withoutAddresses(decoded(text), ownName), ownName.handle());
-    return withoutName(withoutContact, ownName).toStdString();
+    const CandidateName ownName(decoded(name), decoded(email));
+    return withoutName(withoutHandle(withoutAddresses(decoded(text), ownName), ownName), ownName).toStdString();
 }
 
 } // namespace dorvantel::service

@@ -11,13 +11,13 @@ namespace dorvantel::service {
 ///
 /// - the candidate's name: two or more of its words together in any case, one alone where it is written as a name (not
 ///   in lower case, unless the whole text is). Accents do not count. Small words such as "de la" go only together with
-///   the word of the name that they belong to, and so do initials and a title before the name ("la Sra. M. García");
-/// - every e-mail and web address, the latter without a scheme ("site.example/ana", "@ana") only where it holds the
-/// name,
-///   and the part of the candidate's own e-mail before the @ where it is made of the name.
+///   the word of the name that they belong to; initials, titles and the article go with the name ("la Sra. M. García");
+/// - every e-mail and web address, the latter without a scheme only where it is made of the name, as are accounts
+///   ("site.example/ana", "@ana", "ana_garcia"), and the part of the candidate's own e-mail before the @ where it is
+///   made of the name.
 ///
 /// A word of the name that stands in lower case by itself ("torres de telecomunicación" of somebody called Torres) is
-/// taken for the ordinary word and stays. All texts are UTF-8. Any thread.
+/// taken for the ordinary word and stays. The time is that of the text's length. All texts are UTF-8. Any thread.
 std::string withoutNameAndEmail(std::string_view text, std::string_view name, std::string_view email);
 
 } // namespace dorvantel::service

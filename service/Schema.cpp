@@ -61,14 +61,14 @@ CREATE TABLE embedding_queue (
 ) STRICT;
 )";
 
-// Vectors used to be made of texts with the languages in them, and with the name where the summary mentioned it. All
-// are computed again.
-constexpr Migration version2 = R"(
+// All vectors are computed again, because they were made of texts that vectors are no longer made of: before version 2
+// the languages and the name as the summary mentions it, before version 3 accounts and titles.
+constexpr Migration forgetVectors = R"(
 DELETE FROM vector;
 INSERT OR IGNORE INTO embedding_queue (record) SELECT id FROM record;
 )";
 
-constexpr std::array allMigrations{version1, version2};
+constexpr std::array allMigrations{version1, forgetVectors, forgetVectors};
 
 void checkIntegrity(const SqliteDatabase& database) {
     const std::string found = database.text("PRAGMA quick_check(1)");

@@ -84,6 +84,27 @@ TEST_F(EmbeddingQueueTest, NameEmailGenderAndLanguagesNeverReachTheModelServer) 
               (nlohmann::json{{"model", "m"}, {"input", "Contable\nResumen\nTech\nSoft"}}));
 }
 
+TEST_F(EmbeddingQueueTest, WhoeverItIsTheModelServerReadsTheSame) {
+    const FakeModelServer server(compass);
+    const auto insert = [&](const char* name, const char* email, const char* gender, const char* summary) {
+        Record record = makeRecord(email, {gender, {}, {"Excel"}, {"Inglés"}});
+        record.name = name;
+        record.profession = "Contable";
+        record.summarizedText = summary;
+        ASSERT_TRUE(store.insert(record));
+    };
+    insert("Ana García", "anita@x.example", "Femenino",
+           "La Dra. Ana García (anagarcia.com, ana_garcia, AnaGarcia92) lleva cuentas con la Prof.ª Ana; ana.garcia");
+    insert("Luis Sanz Peña", "lsp@y.example", "Masculino",
+           "El Dr. Luis Sanz Peña (sanzpena.com, luis_sanz, LuisSanz7) lleva cuentas con el Prof. Sanz; luis.sanz");
+    const auto queue = startQueue(server);
+    ASSERT_TRUE(waitUntil([&] { return isQueueEmpty(); }));
+    const auto requests = server.requests();
+    ASSERT_EQ(requests.size(), 2U);
+    EXPECT_EQ(nlohmann::json::parse(requests[0])["input"], "Contable\n(, , ) lleva cuentas con ; \nExcel");
+    EXPECT_EQ(requests[0], requests[1]);
+}
+
 TEST_F(EmbeddingQueueTest, ReplacedRecordGetsANewVector) {
     const FakeModelServer server(compass);
     const auto queue = startQueue(server);

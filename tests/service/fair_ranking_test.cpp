@@ -3,6 +3,7 @@
 #include "service/Embedding.h"
 #include "service/VectorIndex.h"
 
+#include <QRegularExpression>
 #include <QString>
 
 #include <algorithm>
@@ -49,10 +50,24 @@ std::string upperCase(std::string text) {
     return text;
 }
 
+/// The words of a name without accents, as they are put together to one of an account.
+std::string accountOf(const std::string& name, const std::string& between, bool isCapital) {
+    QString plain = QString::fromStdString(name).normalized(QString::NormalizationForm_D);
+    plain.removeIf([](QChar character) { return character.isMark(); });
+    std::string account;
+    for (QString word : plain.split(QRegularExpression(QStringLiteral("[^A-Za-z]+")))) {
+        word = word.toLower();
+        word[0] = isCapital ? word[0].toUpper() : word[0];
+        account += (account.empty() ? "" : between) + word.toStdString();
+    }
+    return account;
+}
+
 std::string summaryOf(const Career& career, const Person& person) {
     const std::string& name = person.name;
     const bool isWoman = person.gender == "Femenino";
-    const std::array<std::string, 9> mentions{
+    const std::string handle = person.email.substr(0, person.email.find('@'));
+    const std::array<std::string, 21> mentions{
         name + " " + career.task + ".",
         "Desde 2015 " + name + " (" + person.email + ") " + career.task + ". A " + name + " le gusta.",
         upperCase(name) + " " + career.task + ".",
@@ -63,6 +78,19 @@ std::string summaryOf(const Career& career, const Person& person) {
         "En red.example/" + person.email.substr(0, person.email.find('@')) + " dice que " + career.task + ".",
         "Sin nombre: " + career.task + ". Escribir a <" + upperCase(person.email) + ">.",
         "Se llama " + name + "\ny " + career.task + "\n" + person.email,
+        (isWoman ? "La Dra. " : "El Dr. ") + name + " " + career.task + ".",
+        "El equipo " + std::string(isWoman ? "de la Prof.ª " : "del Prof. ") + name + " " + career.task + ".",
+        (isWoman ? "Profª. Dra. " : "Prof. Dr. ") + name + " " + career.task + ".",
+        (isWoman ? "La licenciada " : "El licenciado ") + name + " (" + (isWoman ? "Ing.ª " : "Ing. ") + name + ") " +
+            career.task + ".",
+        (isWoman ? "Mrs. " : "Mr. ") + name + ", " + (isWoman ? "Ms " : "Mx ") + name + ": " + career.task + ".",
+        (isWoman ? "La " : "El ") + name + " " + career.task + ", " + (isWoman ? "D.ª " : "D. ") + name + ".",
+        "Con " + accountOf(name, "", false) + ".example, " + career.task + ".",
+        "Con " + accountOf(name, "_", false) + " en la red, " + career.task + ".",
+        "Con " + accountOf(name, ".", false) + " y " + accountOf(name, "-", false) + " en la red, " + career.task + ".",
+        "Con " + accountOf(name, "", true) + "92 y @" + accountOf(name, "", true) + " en la red, " + career.task + ".",
+        "Con " + accountOf(name, "", false) + " y " + accountOf(name, ".", true) + " en la red, " + career.task + ".",
+        "Con " + upperCase(handle) + " y blog." + accountOf(name, "-", false) + ".example/cv, " + career.task + ".",
     };
     return mentions[career.manner % mentions.size()];
 }

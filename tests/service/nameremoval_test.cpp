@@ -108,6 +108,111 @@ TEST(WithoutNameAndEmail, WhatLooksLikeAnAddressGoesWhereItHoldsTheName) {
     EXPECT_EQ(kept("Node.js/React, CI/CD, @angular/core"), "Node.js/React, CI/CD, @angular/core");
 }
 
+TEST(WithoutNameAndEmail, AddressWithoutSchemeOrPathGoesWhereItHoldsTheName) {
+    EXPECT_EQ(kept("Véase mariagarcia.com, siempre"), "Véase , siempre");
+    EXPECT_EQ(kept("blog.garcia.example y MARIAGARCIA.EXAMPLE."), "y .");
+    EXPECT_EQ(kept("lopez-consultora.example:8080 hoy"), "hoy");
+    EXPECT_EQ(kept("Node.js, ASP.NET, 3.5 y S.L."), "Node.js, ASP.NET, 3.5 y S.L.");
+}
+
+TEST(WithoutNameAndEmail, AccountsMadeOfTheNameGo) {
+    for (const char* const account :
+         {"maria_garcia",     "maria.garcia", "Maria.Garcia", "garcia.maria", "m.garcia",           "m_garcia",
+          "mgarcia",          "mgarcia92",    "MGarcia",      "mariagarcia",  "MariaGarcia",        "MaríaGarcía92",
+          "mariagarcialopez", "garcia82",     "82garcia",     "garcia_dev",   "GarciaDev",          "devGarcia",
+          "maria/garcia",     "maria·lopez",  "#MariaGarcia", "@maria",       "maria.garcia-lopez", "garcia1.maria2",
+          "mglopez",          "maria_g",      "maria.g",      "la_maria"}) {
+        EXPECT_EQ(kept("Su cuenta, " + std::string(account) + ", Excel"), "Su cuenta, , Excel") << account;
+    }
+}
+
+TEST(WithoutNameAndEmail, AccountsOfNamesWithSmallWordsGo) {
+    const auto about = [](std::string_view text) { return withoutNameAndEmail(text, "Juan de la Fuente", "x@y"); };
+    for (const char* const account : {"juandelafuente", "jdelafuente", "delafuente", "juan_de_la_fuente", "juanfuente",
+                                      "JuanDeLaFuente", "juan.delafuente"}) {
+        EXPECT_EQ(about("Su cuenta, " + std::string(account) + ", Excel"), "Su cuenta, , Excel") << account;
+    }
+    EXPECT_EQ(about("de_la y dela"), "de_la y dela");
+}
+
+TEST(WithoutNameAndEmail, AccountsOfNamesInOtherLettersGo) {
+    EXPECT_EQ(withoutNameAndEmail("Es li_wei, liwei.example, weili o li.wei", "Li Wei", "x@y"), "Es , , o ");
+    EXPECT_EQ(withoutNameAndEmail("lukasz_żółć y ŁukaszŻółć", "Łukasz Żółć", "x@y"), "y ");
+    EXPECT_EQ(withoutNameAndEmail("obrien92, brien.example", "O'Brien Vidal", "x@y"), ", ");
+}
+
+TEST(WithoutNameAndEmail, WordsThatOnlyLookLikeAccountsStay) {
+    const std::string text = "JavaScript, snake_case, web3, C++17, e.g., TCP/IP, #Excel, mariachi, García2 no";
+    EXPECT_EQ(withoutNameAndEmail(text, "Ana Ruiz", "x@y"), text);
+    EXPECT_EQ(withoutNameAndEmail("semana, analista, anagrama, ana-torres", "Ana Torres", "x@y"),
+              "semana, analista, anagrama, ");
+    EXPECT_EQ(withoutNameAndEmail("analista", "Ana Li", "x@y"), "analista");
+    EXPECT_EQ(withoutNameAndEmail("Dirige Torres.Después instala torres", "Ana Torres", "x@y"),
+              "Dirige .Después instala torres");
+}
+
+TEST(WithoutNameAndEmail, NameInLowerCaseInAnotherOrderGoes) {
+    EXPECT_EQ(kept("Dirige garcia lopez maria"), "Dirige ");
+}
+
+TEST(WithoutNameAndEmail, EveryTitleGoesWithItsArticle) {
+    for (const char* const title : {"la Dra.",      "la Dra",
+                                    "la dra.",      "la Dr.ª",
+                                    "la Doctora",   "la Prof.ª",
+                                    "la Profª",     "la Profª.",
+                                    "la Profa.",    "la profesora",
+                                    "la Lic.",      "la Licda.",
+                                    "la Lic.ª",     "la licenciada",
+                                    "la Ing.",      "la Arq.",
+                                    "la ingeniera", "la Abg.",
+                                    "la Mtra.",     "la Sra.",
+                                    "la Sr.ª",      "la Srta.",
+                                    "la señora",    "doña",
+                                    "Dña.",         "D.ª",
+                                    "Dª",           "el Dr.",
+                                    "el Prof.",     "el Lic.",
+                                    "el Ing.",      "el Arq.",
+                                    "el Sr.",       "don",
+                                    "D.",           "el Sr. D.",
+                                    "la Sra. D.ª",  "la Prof.ª Dra.",
+                                    "el Prof. Dr.", "Mr.",
+                                    "Mr",           "Mrs.",
+                                    "Ms.",          "Miss",
+                                    "Mx.",          "Dr.",
+                                    "Frau",         "Mme",
+                                    "la",           "el"}) {
+        EXPECT_EQ(kept("Dirige " + std::string(title) + " García con Excel"), "Dirige con Excel") << title;
+        EXPECT_EQ(kept("Dirige " + std::string(title) + " M. García con Excel"), "Dirige con Excel") << title;
+    }
+}
+
+TEST(WithoutNameAndEmail, ArticleInAPrepositionGoesAndThePrepositionStays) {
+    EXPECT_EQ(kept("El equipo del Dr. García y el de la Dra. García"), "El equipo de y el de ");
+    EXPECT_EQ(kept("Ayuda al Sr. García, a la Sra. García, al Sr. López."), "Ayuda a , a , a .");
+}
+
+TEST(WithoutNameAndEmail, TitlesBeforeAnAccountOrAnAddressGo) {
+    EXPECT_EQ(kept("Dirige la Dra. MariaGarcia con Excel"), "Dirige con Excel");
+    EXPECT_EQ(kept("Dirige la Sra. maria.garcia82 con Excel"), "Dirige con Excel");
+    EXPECT_EQ(kept("Escribir al Sr. mgl@otro.example"), "Escribir a ");
+    EXPECT_EQ(kept("Véase la https://red.example/x"), "Véase la ");
+}
+
+TEST(WithoutNameAndEmail, TitlesOfOthersStay) {
+    EXPECT_EQ(kept("Ayuda a la Dra. Pérez. García opera."), "Ayuda a la Dra. Pérez. opera.");
+    EXPECT_EQ(kept("Doctora en física y profesora"), "Doctora en física y profesora");
+}
+
+TEST(WithoutNameAndEmail, InitialsBehindTheNameGoWithIt) {
+    EXPECT_EQ(kept("María G. dirige"), "dirige");
+    EXPECT_EQ(kept("María G. L. dirige"), "dirige");
+    EXPECT_EQ(kept("María C. dirige"), "C. dirige");
+}
+
+TEST(WithoutNameAndEmail, AbbreviatedMariaIsMaria) {
+    EXPECT_EQ(kept("M.ª García y Mª López"), "y ");
+}
+
 TEST(WithoutNameAndEmail, HugeTextsTakeNoMoreThanTheirSize) {
     const std::string dots(1'000'000, '.');
     EXPECT_EQ(kept(dots), dots);
@@ -117,6 +222,17 @@ TEST(WithoutNameAndEmail, HugeTextsTakeNoMoreThanTheirSize) {
         words += "Ana ";
     }
     EXPECT_EQ(withoutNameAndEmail(words, words, words), "");
+    EXPECT_EQ(withoutNameAndEmail(words, "de la Ana", "x@y"), "");
+    std::string smallWords;
+    for (int i = 0; i < 100'000; ++i) {
+        smallWords += "de la ";
+    }
+    EXPECT_EQ(withoutNameAndEmail(smallWords, "Ana " + smallWords, "x@y"), smallWords);
+    std::string lower = "X ";
+    for (int i = 0; i < 100'000; ++i) {
+        lower += "ana de la ";
+    }
+    EXPECT_EQ(withoutNameAndEmail(lower, "Ana de la Ana", "x@y"), "X de la ");
 }
 
 TEST(WithoutNameAndEmail, NameWithoutLettersIsNoName) {

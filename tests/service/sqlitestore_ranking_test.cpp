@@ -24,19 +24,34 @@ TEST_F(SqliteStoreTest, InsertedCandidateWaitsForItsVector) {
     EXPECT_EQ(*store.nextUnembedded(second->id), std::nullopt);
 }
 
-TEST_F(SqliteStoreTest, StoreOfTheFirstVersionComputesItsVectorsAgain) {
+TEST_F(SqliteStoreTest, StoreOfEveryEarlierVersionComputesItsVectorsAgain) {
+    for (std::size_t version = 1; version < migrations().size(); ++version) {
+        SCOPED_TRACE(version);
+        const StoreFolder own;
+        {
+            const StoreFile file(own.store());
+            const SqliteDatabase old(own.store().string(), SqliteDatabase::Access::ReadWriteCreate);
+            migrate(old, migrations().first(version));
+            old.execute("INSERT INTO record VALUES (7, 'a@x', 'N', 'P', 'S', 'M', '{}', '{}', 0);"
+                        "INSERT INTO vector VALUES (7, 'm', x'0000803f')");
+        }
+        SqliteStore store(own.store(), "m");
+        EXPECT_THAT(emailsOf(store, similarTo({1})), IsEmpty());
+        ASSERT_TRUE(*store.nextUnembedded(0));
+        EXPECT_EQ((*store.nextUnembedded(0))->id, 7);
+        EXPECT_EQ(store.putVector(7, {1, 0}), true);
+        EXPECT_THAT(emailsOf(store, similarTo({1, 0})), ElementsAre("a@x"));
+    }
+}
+
+TEST_F(SqliteStoreTest, VectorsOfTheNewestVersionAreKeptAtTheNextStart) {
     {
-        const StoreFile file(folder.store());
-        const SqliteDatabase old(folder.store().string(), SqliteDatabase::Access::ReadWriteCreate);
-        migrate(old, migrations().first(1));
-        old.execute("INSERT INTO record VALUES (7, 'a@x', 'N', 'P', 'S', 'M', '{}', '{}', 0);"
-                    "INSERT INTO vector VALUES (7, 'm', x'0000803f')");
+        SqliteStore store(folder.store(), "m");
+        ASSERT_TRUE(store.insert(makeRecord("a@x")));
+        ASSERT_EQ(store.putVector(queuedId(store, "a@x"), {1, 0}), true);
     }
     SqliteStore store(folder.store(), "m");
-    EXPECT_THAT(emailsOf(store, similarTo({1})), IsEmpty());
-    ASSERT_TRUE(*store.nextUnembedded(0));
-    EXPECT_EQ((*store.nextUnembedded(0))->id, 7);
-    EXPECT_EQ(store.putVector(7, {1, 0}), true);
+    EXPECT_EQ(*store.nextUnembedded(0), std::nullopt);
     EXPECT_THAT(emailsOf(store, similarTo({1, 0})), ElementsAre("a@x"));
 }
 
