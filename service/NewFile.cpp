@@ -94,6 +94,9 @@ NewFile::NewFile(const std::filesystem::path& place, Kind kind)
         fail(m_place, "it cannot be made: ", errno);
     }
     flock(m_lock, LOCK_EX);
+    if (kind != Kind::Folder) {
+        giveToOwnerOf(m_place, m_lock);
+    }
     m_path = path;
     unfinished().insert(m_path);
 }
@@ -165,6 +168,14 @@ void abandonNewFiles() {
 
 std::unique_lock<std::recursive_mutex> holdNewFiles() {
     return std::unique_lock(newFilesMutex());
+}
+
+void giveToOwnerOf(const std::filesystem::path& neighbour, int made) {
+    struct stat owner{};
+    const bool isKnown = stat(neighbour.c_str(), &owner) == 0 || stat(folderOf(neighbour).c_str(), &owner) == 0;
+    if (geteuid() == 0 && isKnown && fchown(made, owner.st_uid, owner.st_gid) != 0) {
+        return; // where root may not do that, files are not told apart by their owners
+    }
 }
 
 void writeNewFile(const std::filesystem::path& path, std::string_view bytes) {

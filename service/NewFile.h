@@ -57,6 +57,10 @@ void abandonNewFiles();
 /// Lets `abandonNewFiles` wait for steps that belong together.
 std::unique_lock<std::recursive_mutex> holdNewFiles();
 
+/// Gives a file or folder that was just made for root to the owner of `neighbour`, or of the folder of that when it
+/// does not exist: root must not lock out the account that the service runs under. For everybody else it does nothing.
+void giveToOwnerOf(const std::filesystem::path& neighbour, int made);
+
 /// Makes a file that must not exist yet, its owner's alone, and writes it to the disk. Throws FileError.
 void writeNewFile(const std::filesystem::path& path, std::string_view bytes);
 

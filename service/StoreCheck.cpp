@@ -3,6 +3,7 @@
 #include "service/StoreCheck.h"
 
 #include "service/CVText.h"
+#include "service/Plan.h"
 #include "service/Schema.h"
 #include "service/StoreFile.h"
 
@@ -10,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 #include <map>
+#include <set>
 
 #include <sqlite3.h>
 
@@ -45,16 +47,52 @@ void checkReferences(const SqliteDatabase& database, StoreReport& report) {
     }
 }
 
-void checkCVData(const SqliteDatabase& database, StoreReport& report) {
-    SqliteStatement read(database, "SELECT id, cv_json FROM record UNION ALL SELECT id, cv_json FROM history");
+using Terms = std::set<std::pair<Trait, std::string>>;
+
+/// By which a candidate with this CV data must be found.
+Terms termsOf(const CVData& data) {
+    Terms terms{{Trait::Gender, data.gender}};
+    for (const auto& [trait, values] :
+         {std::pair{Trait::TechSkill, &data.techSkills}, std::pair{Trait::SoftSkill, &data.softSkills},
+          std::pair{Trait::Language, &data.languages}}) {
+        for (const std::string& value : *values) {
+            terms.emplace(trait, value);
+        }
+    }
+    return terms;
+}
+
+Terms storedTerms(SqliteStatement& read, std::int64_t version) {
+    Terms terms;
+    read.bind(0, version);
     while (read.step()) {
-        if (const auto data = readCVText(read.text(1)); !data) {
+        terms.emplace(static_cast<Trait>(read.number(0)), read.text(1));
+    }
+    read.reset();
+    return terms;
+}
+
+void checkCVData(const SqliteDatabase& database, StoreReport& report) {
+    SqliteStatement read(database, "SELECT id, cv_json, 1 FROM record UNION ALL SELECT id, cv_json, 0 FROM history");
+    SqliteStatement readTerms(database, "SELECT kind, value FROM trait WHERE record = ?");
+    while (read.step()) {
+        const auto data = readCVText(read.text(1));
+        const bool isCurrent = read.number(2) != 0;
+        if (!data) {
             report.problems.push_back(ofVersion("the CV data", read.number(0)) + "cannot be read: " + data.error());
+        } else if (isCurrent && termsOf(*data) != storedTerms(readTerms, read.number(0))) {
+            report.problems.push_back(ofVersion("the search terms", read.number(0)) + "are not those of its CV data");
         }
     }
 }
 
 void checkVectors(const SqliteDatabase& database, StoreReport& report) {
+    const auto forgotten =
+        database.number("SELECT count(*) FROM record WHERE id NOT IN (SELECT record FROM vector) AND "
+                        "id NOT IN (SELECT record FROM embedding_queue)");
+    if (forgotten > 0) {
+        report.problems.push_back(std::to_string(forgotten) + " candidates neither have a vector nor wait for one");
+    }
     SqliteStatement read(database, "SELECT record, model, floats FROM vector ORDER BY record");
     std::map<std::string, std::size_t, std::less<>> sizes; ///< of the first vector of each model, in bytes
     while (read.step()) {

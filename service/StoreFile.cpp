@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "service/StoreFile.h"
 
+#include "service/NewFile.h"
 #include "service/Schema.h"
 
 #include <algorithm>
@@ -38,8 +39,15 @@ void makeFolders(const std::filesystem::path& folder) {
         return;
     }
     makeFolders(folder.parent_path());
-    if (mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
-        fail(folder, std::string("the folder cannot be made: ") + std::strerror(errno));
+    if (mkdir(folder.c_str(), S_IRWXU) != 0) {
+        if (errno != EEXIST) {
+            fail(folder, std::string("the folder cannot be made: ") + std::strerror(errno));
+        }
+        return;
+    }
+    if (const int made = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); made >= 0) {
+        giveToOwnerOf(folder.parent_path(), made);
+        close(made);
     }
 }
 
@@ -51,9 +59,14 @@ bool isForeign(int descriptor) {
 }
 
 /// Opens the file, making it when it is missing, and leaves it readable and writable by its owner alone, unless it is
-/// a file of somebody else.
-int openOwnerOnly(const std::filesystem::path& path) {
-    const int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+/// a file of somebody else. What root makes belongs to whom the store belongs to.
+int openOwnerOnly(const std::filesystem::path& path, const std::filesystem::path& store) {
+    int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (descriptor >= 0) {
+        giveToOwnerOf(path == store ? store.parent_path() : store, descriptor);
+    } else {
+        descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    }
     if (descriptor < 0 || (!isForeign(descriptor) && fchmod(descriptor, S_IRUSR | S_IWUSR) != 0)) {
         const int error = errno;
         if (descriptor >= 0) {
@@ -101,7 +114,7 @@ StoreLock::StoreLock(const std::filesystem::path& path)
     // A file of its own carries the lock: closing any descriptor of the store would drop SQLite's locks on it.
     std::filesystem::path lockPath = m_path;
     lockPath += ".lock";
-    m_lock = openOwnerOnly(lockPath);
+    m_lock = openOwnerOnly(lockPath, m_path);
     if (flock(m_lock, LOCK_EX | LOCK_NB) != 0) {
         close(m_lock);
         throw StoreInUse(m_path.string() + ": another dorvantel-records uses this store");
@@ -114,7 +127,7 @@ StoreLock::~StoreLock() {
 
 StoreFile::StoreFile(const std::filesystem::path& path)
     : m_lock(path) {
-    close(openOwnerOnly(m_lock.path()));
+    close(openOwnerOnly(m_lock.path(), m_lock.path()));
 }
 
 } // namespace dorvantel::service

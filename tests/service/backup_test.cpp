@@ -11,6 +11,9 @@
 #include <fstream>
 #include <thread>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 using namespace dorvantel::service;
 using namespace dorvantel::test;
 using testing::ElementsAre;
@@ -258,6 +261,41 @@ TEST_F(BackupTest, SoundStoreThatCannotBeClosedInOrderStaysWithItsLog) {
         EXPECT_THAT(emailsOf(store), ElementsAre("ana@x", "bea@x", "late@x"));
     }
     EXPECT_EQ(restore(backup(), killed).candidates, 2);
+}
+
+TEST_F(BackupTest, WhatRootMakesBelongsToWhomTheStoreBelongsTo) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root makes files for others";
+    }
+    constexpr uid_t somebody = 12'345;
+    const auto ownerOf = [](const fs::path& file) {
+        struct stat status{};
+        EXPECT_EQ(stat(file.c_str(), &status), 0) << file;
+        return status.st_uid;
+    };
+    backUp(folder.store(), backup(), false);
+    EXPECT_EQ(ownerOf(backup()), 0U) << "as the folder";
+    ASSERT_EQ(chown(folder.store().c_str(), somebody, somebody), 0);
+    fs::remove(folder.store().string() + ".lock");
+    const auto kept = restore(backup(), folder.store()).keptAside;
+    for (const fs::path& file : {folder.store(), fs::path(folder.store().string() + ".lock"), *kept}) {
+        EXPECT_EQ(ownerOf(file), somebody) << file;
+    }
+    const fs::path home = folder.path() / "home";
+    fs::create_directory(home);
+    ASSERT_EQ(chown(home.c_str(), somebody, somebody), 0);
+    restore(backup(), home / "new" / "records.sqlite");
+    for (const char* const name : {"new", "new/records.sqlite", "new/records.sqlite.lock"}) {
+        EXPECT_EQ(ownerOf(home / name), somebody) << name;
+    }
+    {
+        SqliteStore store(home / "served" / "records.sqlite", "");
+        ASSERT_TRUE(store.insert(makeRecord("a@x")));
+        for (const char* const name : {"served", "served/records.sqlite", "served/records.sqlite.lock",
+                                       "served/records.sqlite-wal", "served/records.sqlite-shm"}) {
+            EXPECT_EQ(ownerOf(home / name), somebody) << name;
+        }
+    }
 }
 
 TEST_F(BackupTest, KeptStoreIsTheOnlyNameOfItsFile) {

@@ -62,6 +62,29 @@ TEST_F(StoreCheck, CVDataThatCannotBeReadIsFoundInTheHistoryToo) {
                                 "the CV data of version 2 cannot be read: it is not the text of a JSON object"));
 }
 
+TEST_F(StoreCheck, SearchTermsThatAreMissingOrWrongAreFound) {
+    const std::string problem = "the search terms of version 4 are not those of its CV data";
+    change("DELETE FROM trait WHERE record = 4 AND value = 'Excel'");
+    EXPECT_THAT(problems(), ElementsAre(problem));
+    change("INSERT INTO trait VALUES (1, 'Excel', 4), (2, 'Excel', 4)");
+    EXPECT_THAT(problems(), ElementsAre(problem));
+    change("DELETE FROM trait WHERE record = 4 AND kind = 2 AND value = 'Excel'");
+    EXPECT_THAT(problems(), IsEmpty());
+}
+
+TEST_F(StoreCheck, RepeatedAndUnusualTermsAreInOrder) {
+    SqliteStore store(folder.store(), "m");
+    ASSERT_TRUE(store.insert(makeRecord("new@x", {"", {"a", "a"}, {std::string("nul\0nul", 7), ""}, {"\"'\n"}})));
+    EXPECT_THAT(problems(), IsEmpty());
+}
+
+TEST_F(StoreCheck, CandidateThatNeitherHasAVectorNorWaitsForOneIsFound) {
+    change("DELETE FROM vector WHERE record = 4");
+    EXPECT_THAT(problems(), ElementsAre("1 candidates neither have a vector nor wait for one"));
+    change("INSERT INTO embedding_queue VALUES (4)");
+    EXPECT_THAT(problems(), IsEmpty());
+}
+
 TEST_F(StoreCheck, VectorsOfAnotherShapeAreFound) {
     change("UPDATE vector SET floats = x'0000803F0000' WHERE record = 5");
     EXPECT_THAT(problems(), ElementsAre("the vector of version 5 has 6 bytes, the first of its model has 8"));
