@@ -19,6 +19,6 @@ std::unique_ptr<AnswerBody> searchAnswer(std::string_view sql, std::unique_ptr<R
 std::string healthJSON(const StoreStatus& status);
 
 /// `{"file":[…]}`: one number a byte.
-std::unique_ptr<AnswerBody> fileAnswer(std::string bytes);
+std::unique_ptr<AnswerBody> fileAnswer(Store& store, std::int64_t version, std::size_t size);
 
 } // namespace dorvantel::service

@@ -50,21 +50,25 @@ HttpRequest headOf(const httplib::Request& request) {
     return head;
 }
 
-/// `running` lives until the answer has gone out.
-void send(HttpAnswer answer, httplib::Response& response, std::shared_ptr<void> running) {
+/// `held` lives until the answer has gone out.
+void send(HttpAnswer answer, httplib::Response& response, std::shared_ptr<void> held) {
     response.status = answer.status;
     if (!answer.allow.empty()) {
         response.set_header("Allow", answer.allow);
     }
     if (!answer.stream) {
         if (!answer.body.empty()) {
-            response.body = std::move(answer.body); // the library's own way copies it
-            response.set_header("Content-Type", jsonType);
+            const auto body = std::make_shared<const std::string>(std::move(answer.body));
+            response.set_content_provider(
+                body->size(), jsonType,
+                [held = std::move(held), body](std::size_t at, std::size_t size, httplib::DataSink& sink) {
+                    return sink.write(body->data() + at, size);
+                });
         }
         return;
     }
     response.set_chunked_content_provider(jsonType,
-                                          [running = std::move(running), stream = std::move(answer.stream),
+                                          [held = std::move(held), stream = std::move(answer.stream),
                                            block = std::string()](std::size_t, httplib::DataSink& sink) mutable {
                                               block.clear();
                                               const auto more = stream->next(block);
@@ -118,7 +122,7 @@ std::expected<std::string, HttpAnswer> readBody(const httplib::Request& request,
 
 /// What the library refuses by itself has no body yet.
 httplib::Server::HandlerResponse completeError(const httplib::Request&, httplib::Response& response) {
-    if (response.body.empty() && !response.is_chunked_content_provider_) {
+    if (response.body.empty() && !response.content_provider_) {
         const char* const message = response.status == 413   ? "the body is too large"
                                     : response.status == 414 ? "the address is too long"
                                     : response.status == 404 ? "there is nothing at this address"
@@ -250,11 +254,17 @@ HttpServer::HttpServer(const Settings& settings, LogLine log)
     };
     const auto withBody = [this](const httplib::Request& request, httplib::Response& response,
                                  const httplib::ContentReader& reader) {
-        ByteBudget::Share memory(m_bodies);
-        const auto read = [&](std::size_t limit) { return readBody(request, response, reader, limit, memory); };
-        auto running = m_active.begin();
-        HttpAnswer result = answer(headOf(request), read, running != nullptr);
-        send(std::move(result), response, std::move(running));
+        // An answer may be as large as the body, so the room of the one becomes that of the other.
+        struct Held {
+            explicit Held(HttpServer& server)
+                : running(server.m_active.begin())
+                , memory(server.m_bodies) {}
+            std::shared_ptr<void> running;
+            ByteBudget::Share memory;
+        };
+        const auto held = std::make_shared<Held>(*this);
+        const auto read = [&](std::size_t limit) { return readBody(request, response, reader, limit, held->memory); };
+        send(answer(headOf(request), read, held->running != nullptr), response, held);
     };
     m_listener->Get(everyAddress, withoutBody);
     m_listener->Options(everyAddress, withoutBody);

@@ -6,6 +6,7 @@
 
 #include <expected>
 #include <functional>
+#include <mutex>
 #include <span>
 #include <string>
 #include <string_view>
@@ -49,9 +50,12 @@ private:
     HttpAnswer search(std::string& body) const;
     HttpAnswer fetchPDF(std::string_view key) const;
     HttpAnswer remove(std::string_view pathKey, HttpRequest& request) const;
+    template <typename Read>
+    auto inTurn(Read read, std::string& body) const -> decltype(read(body));
 
     Store& m_store;
     std::function<void()> m_inserted;
+    mutable std::mutex m_largeBodies; ///< whoever holds it reads one
 };
 
 } // namespace dorvantel::service

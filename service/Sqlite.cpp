@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "service/Sqlite.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <mutex>
 
@@ -143,6 +144,31 @@ std::string_view SqliteStatement::text(int column) const {
 std::string_view SqliteStatement::blob(int column) const {
     const auto* const bytes = static_cast<const char*>(sqlite3_column_blob(m_statement.get(), column));
     return {bytes != nullptr ? bytes : "", static_cast<std::size_t>(sqlite3_column_bytes(m_statement.get(), column))};
+}
+
+SqliteBlob::SqliteBlob(const SqliteDatabase& database, const char* table, const char* column, std::int64_t row)
+    : m_database(database) {
+    sqlite3_blob* blob = nullptr;
+    const int result = sqlite3_blob_open(database.handle(), "main", table, column, row, 0, &blob);
+    m_blob.reset(blob);
+    if (result != SQLITE_OK) {
+        fail(database.handle(), result);
+    }
+}
+
+void SqliteBlob::Close::operator()(sqlite3_blob* blob) const {
+    sqlite3_blob_close(blob);
+}
+
+std::string SqliteBlob::read(std::size_t at, std::size_t size) const {
+    const auto whole = static_cast<std::size_t>(sqlite3_blob_bytes(m_blob.get()));
+    std::string bytes(std::min(size, whole - std::min(at, whole)), '\0');
+    const int result =
+        sqlite3_blob_read(m_blob.get(), bytes.data(), static_cast<int>(bytes.size()), static_cast<int>(at));
+    if (result != SQLITE_OK) {
+        fail(m_database.handle(), result);
+    }
+    return bytes;
 }
 
 SqliteTransaction::SqliteTransaction(const SqliteDatabase& database)

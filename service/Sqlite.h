@@ -10,6 +10,7 @@
 #include <string_view>
 
 struct sqlite3;
+struct sqlite3_blob;
 struct sqlite3_stmt;
 
 namespace dorvantel::service {
@@ -76,6 +77,21 @@ private:
         void operator()(sqlite3_stmt* statement) const;
     };
     std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
+};
+
+/// A blob that is read in pieces, so that it need not be in memory as a whole.
+class SqliteBlob {
+public:
+    SqliteBlob(const SqliteDatabase& database, const char* table, const char* column, std::int64_t row);
+    /// Up to `size` bytes from `at` on, which is not behind the end.
+    std::string read(std::size_t at, std::size_t size) const;
+
+private:
+    struct Close {
+        void operator()(sqlite3_blob* blob) const;
+    };
+    const SqliteDatabase& m_database;
+    std::unique_ptr<sqlite3_blob, Close> m_blob;
 };
 
 /// A transaction that is rolled back unless it was committed.

@@ -31,8 +31,8 @@ SqliteReader::SqliteReader(const std::string& path)
     , m_end(m_database, "COMMIT")
     , m_list(m_database, listText)
     , m_byId(m_database, byIdText)
-    , m_pdf(m_database, "SELECT pdf.record IS NOT NULL, pdf.bytes FROM record LEFT JOIN pdf ON pdf.record = record.id "
-                        "WHERE record.email = ?")
+    , m_pdf(m_database, "SELECT record.id, pdf.record IS NOT NULL, length(pdf.bytes) FROM record "
+                        "LEFT JOIN pdf ON pdf.record = record.id WHERE record.email = ?")
     , m_queued(m_database,
                "SELECT id, name, email, profession, summary, cv_json FROM embedding_queue JOIN record ON id = record "
                "WHERE record > ? ORDER BY record LIMIT 1")
@@ -64,6 +64,11 @@ SqliteStatement& SqliteReader::trait(std::size_t index) {
                               "SELECT record FROM trait WHERE kind = ? AND value = ? AND record >= ? ORDER BY record");
     }
     return m_traits[index];
+}
+
+std::string SqliteReader::pdfPiece(std::int64_t version, std::size_t at, std::size_t size) const {
+    const SqliteBlob pdf(m_database, "pdf", "bytes", version);
+    return pdf.read(at, size);
 }
 
 void readRow(const SqliteStatement& statement, Row& row) {

@@ -24,11 +24,13 @@ public:
 
     SqliteStatement& list() { return m_list; }     ///< every candidate, in the order of insertion
     SqliteStatement& byId() { return m_byId; }     ///< the same columns of one version
-    SqliteStatement& pdf() { return m_pdf; }       ///< the PDF (or null) of an e-mail
+    SqliteStatement& pdf() { return m_pdf; }       ///< of an e-mail: the version, whether it has a PDF, and its length
     SqliteStatement& counts() { return m_counts; } ///< of the candidates, and of those in the queue for vectors
     SqliteStatement& queued() { return m_queued; } ///< the next one in the queue for vectors behind an id
     /// The versions that have a value, by rising id; one statement for each condition of a plan.
     SqliteStatement& trait(std::size_t index);
+    /// Up to `size` bytes of a version's PDF from `at` on.
+    std::string pdfPiece(std::int64_t version, std::size_t at, std::size_t size) const;
 
 private:
     SqliteDatabase m_database;

@@ -212,12 +212,16 @@ Stored<std::optional<StoredPDF>> SqliteStore::pdf(std::string_view email) {
         if (!statement.step()) {
             return std::nullopt;
         }
-        StoredPDF pdf;
-        if (statement.number(0) != 0) {
-            pdf.bytes = std::string(statement.blob(1));
+        StoredPDF pdf{.version = statement.number(0)};
+        if (statement.number(1) != 0) {
+            pdf.size = static_cast<std::size_t>(statement.number(2));
         }
         return pdf;
     });
+}
+
+Stored<std::string> SqliteStore::pdfPiece(std::int64_t version, std::size_t at, std::size_t size) {
+    return guarded([&] { return m_readers.take()->pdfPiece(version, at, size); });
 }
 
 Stored<std::unique_ptr<Rows>> SqliteStore::run(const Plan& plan) {

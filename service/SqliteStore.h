@@ -24,6 +24,7 @@ public:
     Stored<void> insert(const Record& record) override;
     Stored<bool> remove(std::string_view email) override;
     Stored<std::optional<StoredPDF>> pdf(std::string_view email) override;
+    Stored<std::string> pdfPiece(std::int64_t version, std::size_t at, std::size_t size) override;
     Stored<std::unique_ptr<Rows>> run(const Plan& plan) override;
     Stored<StoreStatus> status() override;
     Stored<std::optional<Unembedded>> nextUnembedded(std::int64_t afterId) override;

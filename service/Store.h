@@ -54,9 +54,10 @@ public:
     virtual Stored<bool> next(Row& row) = 0;
 };
 
-/// A stored candidate's PDF, when there is one.
+/// A stored candidate's PDF, when there is one. A version never changes, so its pieces belong together.
 struct StoredPDF {
-    std::optional<std::string> bytes;
+    std::int64_t version = 0;
+    std::optional<std::size_t> size = {}; ///< in bytes
 };
 
 /// What an operator wants to know of a store.
@@ -93,6 +94,9 @@ public:
 
     /// Nothing when there is no such candidate.
     virtual Stored<std::optional<StoredPDF>> pdf(std::string_view email) = 0;
+
+    /// Up to `size` bytes of a version's PDF from `at` on, which is not behind its end.
+    virtual Stored<std::string> pdfPiece(std::int64_t version, std::size_t at, std::size_t size) = 0;
 
     virtual Stored<std::unique_ptr<Rows>> run(const Plan& plan) = 0;
 

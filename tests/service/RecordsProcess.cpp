@@ -5,6 +5,7 @@
 #include <QUrl>
 
 #include <csignal>
+#include <fstream>
 
 #include <gtest/gtest.h>
 
@@ -51,6 +52,18 @@ httplib::Client RecordsProcess::client() const {
     httplib::Client client("127.0.0.1", m_port);
     client.set_read_timeout(30);
     return client;
+}
+
+std::size_t RecordsProcess::mostMemory() const {
+    std::ifstream status("/proc/" + std::to_string(m_process.processId()) + "/status");
+    for (std::string word; status >> word;) {
+        std::size_t kibibytes = 0;
+        if (word == "VmHWM:" && status >> kibibytes) {
+            return kibibytes * 1024;
+        }
+    }
+    ADD_FAILURE() << "the system does not tell";
+    return 0;
 }
 
 void RecordsProcess::sendSignal(int signal) {

@@ -27,6 +27,9 @@ public:
     int port() const { return m_port; }
     httplib::Client client() const;
 
+    /// The most memory that it ever had, in bytes.
+    std::size_t mostMemory() const;
+
     void sendSignal(int signal);
     /// Waits for the end; -1 when it was killed.
     int exitCode();

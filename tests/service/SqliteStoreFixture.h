@@ -28,7 +28,10 @@ protected:
     }
     static std::string pdfOf(service::Store& store, std::string_view email) {
         const auto pdf = store.pdf(email);
-        return !*pdf ? "unknown" : (**pdf).bytes.value_or("none");
+        if (!*pdf) {
+            return "unknown";
+        }
+        return (*pdf)->size ? *store.pdfPiece((*pdf)->version, 0, *(*pdf)->size) : "none";
     }
 
     StoreFolder folder;

@@ -191,6 +191,44 @@ TEST_F(ProcessTest, SoftLimitOfOpenFilesIsRaised) {
     EXPECT_EQ(insert(process, makeRecord("a@x")), 201);
 }
 
+TEST_F(ProcessTest, MemoryStaysBoundedWhateverManyClientsSendAndLeaveUnread) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "its allocator keeps what was freed";
+#endif
+    constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
+    constexpr int clients = 24;
+    {
+        SqliteStore store(folder.store(), "");
+        Record record = makeRecord("a@x");
+        record.file = std::string(16 * mebibyte, 'x');
+        ASSERT_TRUE(store.insert(record));
+    }
+    RecordsProcess process(arguments());
+    ASSERT_TRUE(process.waitUntilReady());
+    std::vector<RawClient> readers;
+    for (int i = 0; i < clients; ++i) {
+        readers.emplace_back(process.port());
+        readers.back().send("GET /curriculums/a@x/file HTTP/1.1\r\nHost: localhost\r\n\r\n");
+    }
+    EXPECT_TRUE(waitUntil([&] { return std::ranges::none_of(readers, &RawClient::isSilent); }));
+    // The parser needs the most for the least that a number can take.
+    std::string zeros = "{\"x\":[0";
+    while (zeros.size() < 6 * mebibyte) {
+        zeros += ",0";
+    }
+    zeros += "]}";
+    std::vector<std::jthread> senders;
+    for (int i = 0; i < clients; ++i) {
+        senders.emplace_back([&] {
+            const auto answer = process.client().Post("/curriculums", zeros, jsonType);
+            EXPECT_TRUE(answer && answer->status == 422);
+        });
+    }
+    senders.clear();
+    // Without bounds it is 384 MiB for the readers, and up to 2 GiB for the senders.
+    EXPECT_LT(process.mostMemory(), 400 * mebibyte);
+}
+
 TEST_F(ProcessTest, PortInUse) {
     RecordsProcess first(arguments());
     ASSERT_TRUE(first.waitUntilReady());
