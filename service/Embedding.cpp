@@ -132,23 +132,45 @@ public:
 };
 
 EmbeddingClient::EmbeddingClient(const ModelServerAddress& server, std::string model)
+    : EmbeddingClient(server, std::move(model), Limits{}) {}
+
+EmbeddingClient::EmbeddingClient(const ModelServerAddress& server, std::string model, const Limits& limits)
     : m_connection(std::make_unique<Connection>(server))
     , m_path(server.prefix + "/api/embed")
-    , m_model(std::move(model)) {}
+    , m_model(std::move(model))
+    , m_limits(limits) {}
 
 EmbeddingClient::~EmbeddingClient() = default;
 
 std::expected<std::vector<double>, EmbeddingError> EmbeddingClient::embed(const std::string& text) {
-    std::string body = "{";
-    appendJSONField(body, "model", m_model);
-    body += ',';
-    appendJSONField(body, "input", text);
-    body += '}';
+    httplib::Request request;
+    request.method = "POST";
+    request.path = m_path;
+    request.set_header("Content-Type", "application/json");
+    request.body = "{";
+    appendJSONField(request.body, "model", m_model);
+    request.body += ',';
+    appendJSONField(request.body, "input", text);
+    request.body += '}';
 
+    std::string answer;
+    bool isTooLarge = false;
+    const auto end = std::chrono::steady_clock::now() + m_limits.time;
+    request.content_receiver = [&](const char* data, std::size_t size, std::uint64_t, std::uint64_t) {
+        isTooLarge = answer.size() + size > m_limits.bytes;
+        if (isTooLarge || std::chrono::steady_clock::now() > end) {
+            return false;
+        }
+        answer.append(data, size);
+        return true;
+    };
     if (m_connection->isCancelled) {
         return std::unexpected(EmbeddingError{false, "the service stops"});
     }
-    const auto result = m_connection->http->Post(m_path, body, "application/json");
+    const auto result = m_connection->http->send(request);
+    if (isTooLarge) {
+        return std::unexpected(EmbeddingError{true, "the model server's answer is too large"});
+    }
     if (!result) {
         return std::unexpected(EmbeddingError{false, "the model server does not answer: " + to_string(result.error())});
     }
@@ -157,7 +179,7 @@ std::expected<std::vector<double>, EmbeddingError> EmbeddingClient::embed(const 
         return std::unexpected(
             EmbeddingError{concernsText, "the model server answers with status " + std::to_string(result->status)});
     }
-    return readVector(result->body);
+    return readVector(answer);
 }
 
 void EmbeddingClient::cancel() {

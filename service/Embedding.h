@@ -4,6 +4,8 @@
 
 #include "service/Store.h"
 
+#include <chrono>
+#include <cstddef>
 #include <expected>
 #include <memory>
 #include <optional>
@@ -46,7 +48,14 @@ struct EmbeddingError {
 /// Asks a model server for vectors. One thread at a time, but for `cancel`.
 class EmbeddingClient {
 public:
+    /// What an answer may take; beyond that it is given up.
+    struct Limits {
+        std::size_t bytes = std::size_t{16} * 1024 * 1024;
+        std::chrono::milliseconds time = std::chrono::minutes(10);
+    };
+
     EmbeddingClient(const ModelServerAddress& server, std::string model);
+    EmbeddingClient(const ModelServerAddress& server, std::string model, const Limits& limits);
     ~EmbeddingClient();
 
     /// The server's vector as it came. Blocks until the server has answered.
@@ -60,6 +69,7 @@ private:
     std::unique_ptr<Connection> m_connection;
     std::string m_path;
     std::string m_model;
+    Limits m_limits;
 };
 
 } // namespace dorvantel::service

@@ -55,7 +55,7 @@ void EmbeddingQueue::work() {
         } else {
             m_due = Clock::time_point::max(); // before the pass, so that a wake during it counts
             lock.unlock();
-            const Clock::time_point next = pass();
+            const Clock::time_point next = passOrPause();
             lock.lock();
             m_pausedUntil = m_serverDelay.until;
             m_due = std::max(std::min(m_due, next), m_pausedUntil);
@@ -63,6 +63,16 @@ void EmbeddingQueue::work() {
     }
     m_hasEnded = true;
     m_changed.notify_all();
+}
+
+/// A pass that fails unexpectedly, for want of memory say, must not end the service.
+EmbeddingQueue::Clock::time_point EmbeddingQueue::passOrPause() {
+    try {
+        return pass();
+    } catch (const std::exception&) {
+        lengthen(m_serverDelay, "it failed unexpectedly");
+        return m_serverDelay.until;
+    }
 }
 
 /// Goes through the whole queue once and says when that is worth doing again.

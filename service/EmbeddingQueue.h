@@ -51,6 +51,7 @@ private:
 
     void work();
     Clock::time_point pass();
+    Clock::time_point passOrPause();
     Outcome embed(const Unembedded& candidate);
     void lengthen(Delay& delay, std::string_view reason) const;
     bool isStopping();

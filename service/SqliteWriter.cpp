@@ -28,6 +28,8 @@ SqliteDatabase openForWriting(const std::string& path) {
     if (database.text("PRAGMA journal_mode = WAL") != "wal") {
         throw SqliteError(SQLITE_CANTOPEN, "the file's disk does not allow a write-ahead log");
     }
+    // What the log grew to beside a slow reader is given back once it begins anew.
+    database.execute("PRAGMA journal_size_limit = 16777216");
     return database;
 }
 

@@ -8,10 +8,15 @@ namespace dorvantel::service {
 
 void VectorIndex::put(std::int64_t id, std::span<const float> vector) {
     const auto [entry, isNew] = m_rowOfId.try_emplace(id, m_rows.size());
-    if (isNew) {
-        m_rows.append(id, vector);
-    } else {
+    if (!isNew) {
         m_rows.replace(entry->second, vector);
+        return;
+    }
+    try {
+        m_rows.append(id, vector);
+    } catch (...) {
+        m_rowOfId.erase(entry); // or it would name a row that is not there
+        throw;
     }
 }
 

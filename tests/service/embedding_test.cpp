@@ -168,6 +168,27 @@ TEST(EmbeddingClient, ErrorsHoldNothingOfTheAnswer) {
     EXPECT_EQ(errorOf({500, R"({"error":"secret"})"}).message, "the model server answers with status 500");
 }
 
+TEST(EmbeddingClient, AnswerWithoutEndIsGivenUpAndConcernsTheText) {
+    const FakeModelServer server([](const std::string&) {
+        return FakeModelServer::Answer{200, R"({"embeddings":[[1]]})" + std::string(100'000, ' ')};
+    });
+    EmbeddingClient client({.host = "127.0.0.1", .port = server.port()}, "m", {.bytes = 100'000});
+    for (int i = 0; i < 2; ++i) { // and the connection is not used with the rest of it
+        const auto answer = client.embed("text");
+        ASSERT_FALSE(answer);
+        EXPECT_TRUE(answer.error().concernsText);
+        EXPECT_EQ(answer.error().message, "the model server's answer is too large");
+    }
+}
+
+TEST(EmbeddingClient, AnswerThatTakesTooLongIsTheServersTrouble) {
+    const FakeModelServer server([](const std::string&) { return FakeModelServer::vector({1}); });
+    EmbeddingClient client({.host = "127.0.0.1", .port = server.port()}, "m", {.time = std::chrono::milliseconds(0)});
+    const auto answer = client.embed("text");
+    ASSERT_FALSE(answer);
+    EXPECT_FALSE(answer.error().concernsText);
+}
+
 TEST(EmbeddingClient, ServerThatIsNotThereIsInTrouble) {
     int port = 0;
     {

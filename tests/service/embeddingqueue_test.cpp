@@ -55,7 +55,48 @@ FakeModelServer::Answer compass(const std::string& body) {
                                                                           : std::vector<double>{0, 2});
 }
 
+/// A store that runs out of memory once when it is asked what waits.
+class ScarceStore final : public Store {
+public:
+    explicit ScarceStore(Store& store)
+        : m_store(store) {}
+    Stored<void> insert(const Record& record) override { return m_store.insert(record); }
+    Stored<bool> remove(std::string_view email) override { return m_store.remove(email); }
+    Stored<std::optional<StoredPDF>> pdf(std::string_view email) override { return m_store.pdf(email); }
+    Stored<std::string> pdfPiece(std::int64_t version, std::size_t at, std::size_t size) override {
+        return m_store.pdfPiece(version, at, size);
+    }
+    Stored<std::unique_ptr<Rows>> run(const Plan& plan) override { return m_store.run(plan); }
+    Stored<StoreStatus> status() override { return m_store.status(); }
+    Stored<std::optional<Unembedded>> nextUnembedded(std::int64_t afterId) override {
+        if (std::exchange(m_isScarce, false)) {
+            throw std::bad_alloc();
+        }
+        return m_store.nextUnembedded(afterId);
+    }
+    Stored<bool> putVector(std::int64_t id, const std::vector<float>& vector) override {
+        return m_store.putVector(id, vector);
+    }
+
+private:
+    Store& m_store;
+    bool m_isScarce = true; // of the queue's thread
+};
+
 } // namespace
+
+TEST_F(EmbeddingQueueTest, UnexpectedFailurePausesTheQueueAndDoesNotEndTheProgram) {
+    const FakeModelServer server(compass);
+    ASSERT_TRUE(store.insert(makeRecord("a@x")));
+    ScarceStore scarce(store);
+    EmbeddingQueue queue(scarce, {.host = "127.0.0.1", .port = server.port()}, "m", {1ms, 5ms},
+                         [this](std::string_view line) {
+                             const std::scoped_lock lock(mutex);
+                             lines.emplace_back(line);
+                         });
+    EXPECT_TRUE(waitUntil([this] { return isQueueEmpty(); }));
+    EXPECT_THAT(log(), ElementsAre("embedding: it failed unexpectedly; trying again in 1 ms"));
+}
 
 TEST_F(EmbeddingQueueTest, FillsWhatWaitsAtTheStartAndWhatComesLater) {
     const FakeModelServer server(compass);
