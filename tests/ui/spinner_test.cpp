@@ -4,7 +4,6 @@
 
 #include "tests/support/Wait.h"
 
-#include <QElapsedTimer>
 
 #include <gtest/gtest.h>
 
@@ -23,12 +22,9 @@ protected:
 };
 
 TEST_F(SpinnerTest, WhatGoesOnForAMomentIsShown) {
-    QElapsedTimer passed;
-    passed.start();
     spinner.setBusy(true);
     EXPECT_FALSE(spinner.isVisible());
     ASSERT_TRUE(test::waitUntil([&] { return spinner.isVisible(); }));
-    EXPECT_GE(passed.elapsed(), 190);
     spinner.setBusy(false);
     EXPECT_FALSE(spinner.isVisible());
 }
