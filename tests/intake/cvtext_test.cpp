@@ -32,18 +32,18 @@ const QStringList plainAlphabet = {u"a"_s,  u"Z"_s, u"ñ"_s, u"é"_s, u"ü"_s, u
                                    u"\r"_s, u"1"_s, u"9"_s, u"½"_s, u"²"_s, u","_s, u"ç"_s, u"\t"_s, u"\r\n"_s};
 
 const QStringList hostileAlphabet = {
-    u"a"_s,          u"n"_s,          u"U"_s,          u"K"_s,      u"1"_s,      u" "_s,      u" "_s,
-    u"\n"_s,         u"\r"_s,         u","_s,          u"©"_s,      u"½"_s,      u"\u00AD"_s, u"\u0301"_s,
-    u"\u0341"_s,     u"\u0303"_s,     u"\u0308"_s,     u"\u0344"_s, u"\u034F"_s, // combining, the joiner of graphemes
-    u"\u200D"_s,     u"\u200C"_s,     u"\u200B"_s,     u"\uFE0F"_s, u"\u20E3"_s, // joiners, selector, keycap
-    u"👩"_s,         u"🦰"_s,         u"🏽"_s,         u"❤"_s,      u"🇪"_s,      u"🇸"_s,      u"🏴"_s,
-    u"\U000E0067"_s, u"\U000E007F"_s,                                            // emoji, flags, tags
-    u"\u1100"_s,     u"\u1161"_s,     u"\u11A8"_s,     u"가"_s,     u"각"_s,     // Hangul
-    u"\u0600"_s,        u"\U000110BD"_s, u"\u0903"_s, u"\u0E33"_s, // what joins the next, spacing marks
-    u"क"_s,          u"\u094D"_s,     u"ष"_s,          u"\u0BBF"_s,              // conjuncts
-    u"\u212A"_s,     u"\u212B"_s,     u"\u037E"_s,     u"\u1FEF"_s, u"\u2000"_s, // equal to others
-    u"٣"_s,          u"Ⅷ"_s,          u"一"_s,         u"𝟘"_s,      u"①"_s,      u"•"_s,      u"–"_s,
-    u"中"_s,         u"\uFFFE"_s,     u"\u2028"_s,     u"\u0085"_s};
+    u"a"_s,          u"n"_s,          u"U"_s,      u"K"_s,      u"1"_s,      u" "_s,      u" "_s,
+    u"\n"_s,         u"\r"_s,         u","_s,      u"©"_s,      u"½"_s,      u"\u00AD"_s, u"\u0301"_s,
+    u"\u0341"_s,     u"\u0303"_s,     u"\u0308"_s, u"\u0344"_s, u"\u034F"_s, // combining, the joiner of graphemes
+    u"\u200D"_s,     u"\u200C"_s,     u"\u200B"_s, u"\uFE0F"_s, u"\u20E3"_s, // joiners, selector, keycap
+    u"👩"_s,         u"🦰"_s,         u"🏽"_s,     u"❤"_s,      u"🇪"_s,      u"🇸"_s,      u"🏴"_s,
+    u"\U000E0067"_s, u"\U000E007F"_s,                                        // emoji, flags, tags
+    u"\u1100"_s,     u"\u1161"_s,     u"\u11A8"_s, u"가"_s,     u"각"_s,     // Hangul
+    u"\u0600"_s,     u"\U000110BD"_s, u"\u0903"_s, u"\u0E33"_s,              // what joins the next, spacing marks
+    u"क"_s,          u"\u094D"_s,     u"ष"_s,      u"\u0BBF"_s,              // conjuncts
+    u"\u212A"_s,     u"\u212B"_s,     u"\u037E"_s, u"\u1FEF"_s, u"\u2000"_s, // equal to others
+    u"٣"_s,          u"Ⅷ"_s,          u"一"_s,     u"𝟘"_s,      u"①"_s,      u"•"_s,      u"–"_s,
+    u"中"_s,         u"\uFFFE"_s,     u"\u2028"_s, u"\u0085"_s};
 
 void expectAgreement(const QStringList& alphabet, int texts, int longest, unsigned seed) {
     std::mt19937 random(seed);

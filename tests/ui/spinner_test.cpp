@@ -4,7 +4,6 @@
 
 #include "tests/support/Wait.h"
 
-
 #include <gtest/gtest.h>
 
 namespace dorvantel {
