@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Confinement.h"
 
+#include "platform/Sanitizers.h"
+
 #include <array>
 #include <cerrno>
 #include <memory>
@@ -19,12 +21,6 @@
 namespace dorvantel {
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool isSanitized = true;
-#else
-constexpr bool isSanitized = false;
-#endif
 
 std::unexpected<std::string> failed(const std::string& what, int error) {
     return std::unexpected(what + ": " + std::generic_category().message(error));

@@ -4,6 +4,7 @@
 #include "platform/PDFPageFrames.h"
 #include "platform/PDFPageReader.h"
 #include "platform/PDFPageServer.h"
+#include "platform/Sanitizers.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -44,11 +45,10 @@ constexpr rlim_t processorSeconds = 10;
 void limitThisProcess() {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     limit(RLIMIT_CORE, 0);
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-    // The sanitizers' shadow memory alone is terabytes of address space.
-    constexpr rlim_t addressSpace = 1U << 30U;
-    limit(RLIMIT_AS, addressSpace);
-#endif
+    if (!isSanitized) {
+        constexpr rlim_t addressSpace = 1U << 30U;
+        limit(RLIMIT_AS, addressSpace);
+    }
 }
 
 /// From here on; the processor time that was used up to now does not count.

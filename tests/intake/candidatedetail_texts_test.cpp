@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
+#include "platform/Sanitizers.h"
 #include "tests/intake/CandidateDetailFixture.h"
 
 #include <QClipboard>
@@ -118,11 +119,7 @@ TEST_F(CandidateDetailTexts, PageKeepsItsPlaceWhileAnotherIsLookedAt) {
 }
 
 // What the tests' own instrumentation costs.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int slowness = 10;
-#else
-constexpr int slowness = 1;
-#endif
+constexpr int slowness = isSanitized ? 10 : 1;
 
 /// Every step of looking at a large CV is one that nobody notices as a pause. What counts is the time that the window's
 /// thread computes, so that other tests running at the same time do not matter.

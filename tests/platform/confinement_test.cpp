@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "platform/Confinement.h"
+
+#include "platform/Sanitizers.h"
 #include "tests/support/FakeReader.h"
 #include "tests/support/SamplePDF.h"
 #include "tests/support/Wait.h"
@@ -37,12 +39,6 @@ namespace dorvantel {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool isSanitized = true;
-#else
-constexpr bool isSanitized = false;
-#endif
 
 const QString reader = QStringLiteral(DORVANTEL_BIN_DIR "/dorvantel-pdf-reader");
 

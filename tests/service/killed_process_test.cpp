@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
+#include "platform/Sanitizers.h"
 #include "service/Sqlite.h"
 #include "tests/service/RecordsProcess.h"
 #include "tests/service/ServiceSupport.h"
@@ -23,11 +24,7 @@ using nlohmann::json;
 namespace {
 
 // A process under a sanitizer takes many times as long to start.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int rounds = 15;
-#else
-constexpr int rounds = 200;
-#endif
+constexpr int rounds = dorvantel::isSanitized ? 15 : 200;
 constexpr int clients = 4;
 constexpr unsigned keysOfClient = 3;
 
