@@ -40,18 +40,6 @@ private:
     std::vector<std::vector<double>>& m_seconds;
 };
 
-double median(std::vector<double> values) {
-    if (values.empty()) {
-        return std::numeric_limits<double>::quiet_NaN();
-    }
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::ranges::nth_element(values, middle);
-    if (values.size() % 2 == 1) {
-        return *middle;
-    }
-    return (*middle + *std::max_element(values.begin(), middle)) / 2;
-}
-
 void print(std::string_view name, double value, const char* sign, double target, std::string_view unit, bool reached) {
     if (std::isnan(value)) {
         return; // a flag kept what it is made of from being measured
@@ -63,6 +51,18 @@ void print(std::string_view name, double value, const char* sign, double target,
 }
 
 } // namespace
+
+double median(std::vector<double> values) {
+    if (values.empty()) {
+        return std::numeric_limits<double>::quiet_NaN();
+    }
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::ranges::nth_element(values, middle);
+    if (values.size() % 2 == 1) {
+        return *middle;
+    }
+    return (*middle + *std::max_element(values.begin(), middle)) / 2;
+}
 
 Report::Report(int argc, char** argv) {
     m_flags = {argv[0], "--benchmark_repetitions=7", "--benchmark_min_time=0.1",

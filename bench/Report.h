@@ -14,6 +14,9 @@
 
 namespace dorvantel::bench {
 
+/// The middle value, or the mean of the two middle ones; not a number without values.
+double median(std::vector<double> values);
+
 /// The figures of one benchmark program. Everything to be timed is given to `measure` first, `run` times it all in one
 /// run, and the figures are printed after that, one line each on standard output, tab separated:
 ///

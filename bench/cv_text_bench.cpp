@@ -35,11 +35,6 @@ double secondsOf(const QString& program, const QStringList& arguments) {
     return ended && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0 ? seconds : -1;
 }
 
-double median(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
 } // namespace
 
 /// The text of every CV of a folder, each read by a process of its own as a drop does it, beside pdftotext.

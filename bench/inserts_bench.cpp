@@ -268,11 +268,6 @@ double bareRate(const QString& store, const Record& record) {
     return insertsPerRun / seconds;
 }
 
-double median(std::array<double, runs> values) {
-    std::ranges::sort(values);
-    return values[runs / 2];
-}
-
 } // namespace
 
 /// Inserts of 200 KB PDFs over real HTTP, base64 in JSON, each answered when it is on the disk, against a plain program
@@ -282,9 +277,9 @@ int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     const Report report(argc, argv);
     const Record record = sampleRecord();
-    std::array<double, runs> bare{};
-    std::array<double, runs> one{};
-    std::array<double, runs> many{};
+    std::vector<double> bare(runs);
+    std::vector<double> one(runs);
+    std::vector<double> many(runs);
     for (std::size_t run = 0; run < runs; ++run) {
         const auto fresh = [](auto measure) {
             const QTemporaryDir folder(QCoreApplication::applicationDirPath() + u"/inserts-XXXXXX"_s);

@@ -62,11 +62,6 @@ Opening open(ProcessPDFOpener& opener, const QByteArray& bytes) {
     return opening;
 }
 
-double median(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
 } // namespace
 
 int main(int argc, char** argv) {

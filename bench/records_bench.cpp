@@ -198,11 +198,10 @@ Exchange search(int port, std::string_view conditions) {
 }
 
 /// The median of what `measure` gives.
-double median(const std::function<double()>& measure) {
+double medianOf(const std::function<double()>& measure) {
     std::vector<double> values(repetitions);
     std::ranges::generate(values, measure);
-    std::ranges::nth_element(values, values.begin() + repetitions / 2);
-    return values[repetitions / 2];
+    return median(std::move(values));
 }
 
 void searches(const Report& report, int port) {
@@ -219,7 +218,7 @@ void searches(const Report& report, int port) {
          "JSON_ARRAY_CONTAINS_STRING(jsonCVData::softSkills,'Común')"},
     }};
     for (const auto& [who, text] : conditions) {
-        const double first = median([port, text = text] { return search(port, text).secondsToFirstByte; });
+        const double first = medianOf([port, text = text] { return search(port, text).secondsToFirstByte; });
         report.atMost("search of 100 000 records, 3 conditions that " + std::string(who) + ": first byte", first * 1000,
                       5, "ms");
         const Exchange whole = search(port, text);
@@ -229,7 +228,7 @@ void searches(const Report& report, int port) {
 
 void lists(const Report& report, int port, const Service& service) {
     const double before = service.peakMemory();
-    const double rate = median([port] {
+    const double rate = medianOf([port] {
         const Exchange answer = list(port);
         return answer.megabytes / answer.seconds;
     });

@@ -113,11 +113,6 @@ double startOf(const QString& program, const Display& display, const QString& ho
     return milliseconds;
 }
 
-double median(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
 } // namespace
 
 int main(int argc, char** argv) {

@@ -15,9 +15,8 @@
 // since no dot product is larger than the product of the lengths. q'·r' is the two scales times the dot product of the
 // codes, which is a whole number that every kernel finds exactly. What is left is arithmetic:
 //
-// - `dotProduct` adds n products in 16 lanes, so each of them goes through at most n/16 + 6 roundings of a 32-bit
-// float,
-//   and the result is off by no more than (n/16 + 6) × 2^-24 (a little more, for roundings of roundings) times the sum
+// - `dotProduct` adds n products in 16 lanes, so each goes through at most n/16 + 6 roundings of a 32-bit float, and
+//   the result is off by no more than (n/16 + 6) × 2^-24 (a little more, for roundings of roundings) times the sum
 //   of |qi ri|, which is at most ‖q‖‖r‖. Twice (n/16 + 8) × 2^-24 covers that, and what the few operations of a double
 //   in `bounds` add many times over. Products too small for a 32-bit float lose at most 2^-150 each.
 // - Lengths are sums of squares in doubles and then made larger by far more than the roundings on the way.
