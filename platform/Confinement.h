@@ -9,8 +9,8 @@ namespace dorvantel {
 
 /// Locks this process in for the rest of its life, so that whoever takes it over with a hostile file has gained
 /// nothing: from here on it computes, reads and writes what it has open, reads files, and starts threads. Every other
-/// system call fails with EPERM (a seccomp filter that lists what is allowed): opening a file for writing, creating,
-/// changing or removing one, any socket, another program, another process, and signals to others.
+/// system call fails with EPERM, clone3 with ENOSYS (a seccomp filter that lists what is allowed): opening a file for
+/// writing, creating, changing or removing one, any socket, another program, another process, and signals to others.
 ///
 /// Where the kernel has Landlock, the files are those below /usr/share and /usr/local/share, where the fonts are;
 /// reading any other fails with EACCES. Sizes and names of files can still be asked for.
