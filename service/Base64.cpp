@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "service/Base64.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 namespace dorvantel::service {
 
@@ -11,14 +13,19 @@ namespace {
 
 constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-/// A bit that no value of six bits has, so that the values of many letters can be judged at once.
-constexpr std::uint32_t noLetter = 0x80;
+/// Outside the 24 bits of four letters, so that one look at the end judges all letters of a text.
+constexpr std::uint32_t noLetter = 0x8000'0000;
 
-constexpr std::array<std::uint8_t, 256> makeValues() {
-    std::array<std::uint8_t, 256> values{};
-    values.fill(noLetter);
-    for (std::size_t i = 0; i < alphabet.size(); ++i) {
-        values[static_cast<unsigned char>(alphabet[i])] = static_cast<std::uint8_t>(i);
+/// What a letter contributes to the 24 bits of its group, by its place in the group.
+using LetterValues = std::array<std::uint32_t, 256>;
+
+constexpr std::array<LetterValues, 4> makeValues() {
+    std::array<LetterValues, 4> values{};
+    for (std::size_t place = 0; place < values.size(); ++place) {
+        values[place].fill(noLetter);
+        for (std::size_t i = 0; i < alphabet.size(); ++i) {
+            values[place][static_cast<unsigned char>(alphabet[i])] = static_cast<std::uint32_t>(i << (18 - 6 * place));
+        }
     }
     return values;
 }
@@ -35,8 +42,18 @@ constexpr std::array<std::array<char, 2>, 4096> makePairs() {
 constexpr auto values = makeValues();
 constexpr auto pairs = makePairs();
 
-std::uint32_t valueOf(char letter) {
-    return values[static_cast<unsigned char>(letter)];
+/// The bits of a group, whose missing letters are "A".
+std::uint32_t bitsOf(const char* letters) {
+    const auto value = [letters](std::size_t place) {
+        return values[place][static_cast<unsigned char>(letters[place])];
+    };
+    return value(0) | value(1) | value(2) | value(3);
+}
+
+void putThree(char* to, std::uint32_t bits) {
+    const std::array<char, 3> bytes{static_cast<char>(bits >> 16), static_cast<char>(bits >> 8),
+                                    static_cast<char>(bits)};
+    std::memcpy(to, bytes.data(), bytes.size());
 }
 
 std::uint32_t byteOf(char byte) {
@@ -49,33 +66,25 @@ std::optional<std::string> decodedBase64(std::string_view text) {
     if (text.size() % 4 != 0) {
         return std::nullopt;
     }
-    const std::size_t padding = text.ends_with("==") ? 2 : text.ends_with('=') ? 1 : 0;
-    const std::size_t whole = padding == 0 ? text.size() : text.size() - 4;
-    std::string out(whole / 4 * 3, '\0');
+    if (text.empty()) {
+        return std::string();
+    }
+    std::string out(text.size() / 4 * 3, '\0');
     std::uint32_t seen = 0;
     char* to = out.data();
-    for (std::size_t i = 0; i < whole; i += 4) {
-        const std::uint32_t a = valueOf(text[i]);
-        const std::uint32_t b = valueOf(text[i + 1]);
-        const std::uint32_t c = valueOf(text[i + 2]);
-        const std::uint32_t d = valueOf(text[i + 3]);
-        seen |= a | b | c | d;
-        const std::uint32_t bits = (a << 18) | (b << 12) | (c << 6) | d;
-        *to++ = static_cast<char>(bits >> 16);
-        *to++ = static_cast<char>(bits >> 8);
-        *to++ = static_cast<char>(bits);
+    const char* const last = text.data() + text.size() - 4;
+    for (const char* group = text.data(); group != last; group += 4, to += 3) {
+        const std::uint32_t bits = bitsOf(group);
+        seen |= bits;
+        putThree(to, bits);
     }
-    if (padding > 0) {
-        const std::uint32_t a = valueOf(text[whole]);
-        const std::uint32_t b = valueOf(text[whole + 1]);
-        const std::uint32_t c = padding == 1 ? valueOf(text[whole + 2]) : 0;
-        seen |= a | b | c;
-        out += static_cast<char>((a << 2) | (b >> 4));
-        if (padding == 1) {
-            out += static_cast<char>((b << 4) | (c >> 2));
-        }
-    }
-    return (seen & noLetter) == 0 ? std::optional(std::move(out)) : std::nullopt;
+    const std::size_t padding = text.ends_with("==") ? 2 : text.ends_with('=') ? 1 : 0;
+    std::array<char, 4> letters{'A', 'A', 'A', 'A'};
+    std::copy_n(last, letters.size() - padding, letters.begin());
+    const std::uint32_t bits = bitsOf(letters.data());
+    putThree(to, bits);
+    out.resize(out.size() - padding);
+    return ((seen | bits) & noLetter) == 0 ? std::optional(std::move(out)) : std::nullopt;
 }
 
 void appendBase64(std::string& out, std::string_view bytes) {
@@ -85,8 +94,8 @@ void appendBase64(std::string& out, std::string_view bytes) {
     out.resize(begin + (bytes.size() + 2) / 3 * 4, '=');
     char* to = out.data() + begin;
     const auto put = [&to](std::uint32_t twelveBits) {
-        *to++ = pairs[twelveBits][0];
-        *to++ = pairs[twelveBits][1];
+        std::memcpy(to, pairs[twelveBits].data(), 2); // as one piece: letter by letter takes twice as long
+        to += 2;
     };
     for (std::size_t i = 0; i < whole; i += 3) {
         const std::uint32_t bits = (byteOf(bytes[i]) << 16) | (byteOf(bytes[i + 1]) << 8) | byteOf(bytes[i + 2]);
