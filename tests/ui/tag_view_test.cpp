@@ -141,6 +141,18 @@ TEST(TagView, ItemsThatComeSelectedAreShownSelected) {
     EXPECT_FALSE(chips(view)[1]->isChecked());
 }
 
+TEST(TagView, EveryChipHasFourPointsAroundIt) {
+    TagView view({{u"Excel"_s, false}, {u"Word"_s, false}});
+    view.resize(view.sizeHint());
+    view.grab();
+    const QRect first = chips(view)[0]->geometry();
+    const QRect second = chips(view)[1]->geometry();
+    EXPECT_EQ(first.topLeft(), QPoint(4, 4));
+    EXPECT_EQ(second.left() - first.right() - 1, 4 + 4);
+    EXPECT_EQ(view.width() - second.right() - 1, 4);
+    EXPECT_EQ(view.totalHeight() - second.bottom() - 1, 4);
+}
+
 TEST(TagView, FillsAndOutlineHaveTheirColours) {
     TagView view({{u"Excel"_s, true}, {u"Word"_s, false}});
     view.resize(view.sizeHint());
