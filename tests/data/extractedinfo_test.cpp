@@ -100,6 +100,11 @@ TEST(ExtractedInfo, EmailComesBeforeItsSpanishKeysWhereverItStands) {
     EXPECT_EQ(fromAnswer(u"{\"correo\":\"b@example.com\",\"email\":null}"_s).email, u"b@example.com"_s);
 }
 
+TEST(ExtractedInfo, LongerSpanishKeyOfTheEmailComesBeforeTheShorterOne) {
+    EXPECT_EQ(fromAnswer(u"{\"correo_electronico\":\"a@example.com\",\"correo\":\"b@example.com\"}"_s).email,
+              u"a@example.com"_s);
+}
+
 TEST(ExtractedInfo, NullCountsAsNotThere) {
     const auto info = fromAnswer(u"{\"nombre\":null,\"profesion\":null,\"email\":null,\"resumen\":null,"
                                  "\"habilidades_personales\":null,\"habilidades_tecnicas\":null,\"idiomas\":null}"_s);
@@ -250,6 +255,13 @@ TEST(ExtractedInfoDescription, HasOneLinePerFieldWithoutTheGender) {
                                   "softSkills: [\"A\",\"B\"]\n"
                                   "techSkills: [\"X\"]\n"
                                   "languages: [\"Español\",\"Inglés\"]\n"_s);
+}
+
+TEST(ExtractedInfoDescription, ElementsAreWrittenAsTheyAre) {
+    ExtractedInfoRepresentation info(u"{\"habilidades_personales\":[\"A\",\"B\"]}"_s, u""_s);
+    info.techSkills = {u"el \"mejor\""_s, u"a,b\n"_s};
+    EXPECT_TRUE(info.description().endsWith(
+        u"softSkills: [\"A\",\"B\"]\ntechSkills: [\"el \"mejor\"\",\"a,b\n\"]\nlanguages: [\"Español\"]\n"_s));
 }
 
 TEST(ExtractedInfoDescription, AbsentFieldsReadNil) {

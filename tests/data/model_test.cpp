@@ -76,7 +76,13 @@ TEST(Model, FailedLoadLogsExactlyTwoLinesAndLeavesEverythingEmpty) {
 
     EXPECT_EQ(output.text(), u"❌ Failed to load resumes from API\n❌ Error type: decodingProblem\n"_s);
     EXPECT_TRUE(model.dbRecords().empty());
-    EXPECT_TRUE(model.languages().isEmpty());
+    for (const QStringList& list : {model.techSkills(), model.softSkills(), model.languages()}) {
+        EXPECT_TRUE(list.isEmpty());
+    }
+    for (const Model::Catalogue& catalogue :
+         {model.techSkillsDictionary(), model.softSkillsDictionary(), model.languagesDictionary()}) {
+        EXPECT_TRUE(catalogue.isEmpty());
+    }
     EXPECT_EQ(rebuilt.count(), 0);
     EXPECT_EQ(service.calls().size(), 1) << "a failed load is not tried again";
 }
@@ -118,6 +124,21 @@ TEST(Model, LoadedRecordsFollowThoseThatWereAddedMeanwhile) {
     EXPECT_EQ(model.dbRecords()[1]->name, u"Ana"_s);
     ASSERT_EQ(appended.count(), 1);
     EXPECT_EQ(appended[0], (QVariantList{qsizetype{1}, qsizetype{2}}));
+}
+
+TEST(Model, LoadedRecordsAreThereBeforeTheCataloguesAreRebuilt) {
+    FakeRecordsService service;
+    Model model(service);
+    QStringList steps;
+    QObject::connect(&model, &Model::recordsAppended, &model,
+                     [&] { steps.append(u"appended, %1 languages"_s.arg(model.languages().size())); });
+    QObject::connect(&model, &Model::cataloguesRebuilt, &model,
+                     [&] { steps.append(u"rebuilt, %1 languages"_s.arg(model.languages().size())); });
+
+    service.answerFetchAll(std::vector{speaking({u"Español"_s}), speaking({u"Inglés"_s})});
+
+    ASSERT_TRUE(waitUntil([&steps] { return steps.size() == 2; }));
+    EXPECT_THAT(steps, ElementsAre(u"appended, 0 languages"_s, u"rebuilt, 2 languages"_s));
 }
 
 TEST(Model, EmptyAnswerOnlyRebuildsTheCatalogues) {
@@ -297,6 +318,28 @@ TEST(Model, RemovalTakesTheSelectedRecordClearsTheSelectionAndRebuilds) {
     EXPECT_EQ(removed[0], (QVariantList{qsizetype{1}}));
     EXPECT_EQ(selected.count(), 1);
     EXPECT_EQ(rebuilt.count(), 1);
+}
+
+TEST(Model, RemovalTakesTheRecordThenTheSelectionAndRebuildsLast) {
+    LoadedModel loaded({speaking({u"Español"_s}), speaking({u"Inglés"_s})});
+    Model& model = loaded.model;
+    model.setSelectedDBRecord(model.dbRecords()[0]);
+    QStringList steps;
+    const auto note = [&](const QString& signal) {
+        steps.append(u"%1: %2 records, %3, %4 languages"_s.arg(signal)
+                         .arg(model.dbRecords().size())
+                         .arg(model.selectedDBRecord() ? u"selected"_s : u"none"_s)
+                         .arg(model.languages().size()));
+    };
+    QObject::connect(&model, &Model::recordRemoved, &model, [&] { note(u"removed"_s); });
+    QObject::connect(&model, &Model::selectedDBRecordChanged, &model, [&] { note(u"selection"_s); });
+    QObject::connect(&model, &Model::cataloguesRebuilt, &model, [&] { note(u"rebuilt"_s); });
+
+    model.removeSelectedRecord();
+
+    EXPECT_THAT(steps,
+                ElementsAre(u"removed: 1 records, selected, 2 languages"_s,
+                            u"selection: 1 records, none, 2 languages"_s, u"rebuilt: 1 records, none, 3 languages"_s));
 }
 
 TEST(Model, RemovalGoesByIdentityNotByContent) {

@@ -155,6 +155,26 @@ TEST_F(LoadPDF, FailureIsLoggedToldToEveryCallerInOrderAndTheNextCallTriesAgain)
     EXPECT_TRUE(answers[2]);
 }
 
+TEST_F(LoadPDF, EveryRequestGoesByTheEMailOfItsMoment) {
+    load();
+    record->email = u"ana.ruiz@example.org"_s;
+    CapturedOutput output;
+    records.answerFetchPDF(std::unexpected(APIError::responseProblem));
+    EXPECT_EQ(output.text(), u"❌ Failed to load PDF for ana.ruiz@example.org: responseProblem\n"_s);
+    load();
+    EXPECT_EQ(records.calls(), (QStringList{u"fetchPDF ana@example.org"_s, u"fetchPDF ana.ruiz@example.org"_s}));
+}
+
+TEST_F(LoadPDF, DocumentThatIntakeBroughtAlongIsGivenAtOnce) {
+    record->file = QByteArray("%PDF");
+    const auto document = std::make_shared<PDFDocument>(*record->file, QStringList{u"página"_s});
+    record->keepDocument(document);
+    load();
+    EXPECT_EQ(answers, std::vector{document});
+    EXPECT_EQ(requests(), 0);
+    EXPECT_EQ(opener.openings(), 0);
+}
+
 TEST_F(LoadPDF, BytesThatDoNotOpenAreKeptAndAnswerAtOnceWithNoDocument) {
     load();
     EXPECT_FALSE(record->isPDFOpened());

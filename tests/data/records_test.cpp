@@ -193,6 +193,12 @@ TEST(TagViewItem, IsComparedAndHashedByItsFields) {
 
 // ----- errors
 
+TEST(APIError, CasesAreInTheirOrder) {
+    EXPECT_EQ(static_cast<int>(APIError::responseProblem), 0);
+    EXPECT_EQ(static_cast<int>(APIError::decodingProblem), 1);
+    EXPECT_EQ(static_cast<int>(APIError::encodingProblem), 2);
+}
+
 TEST(APIError, CaseNamesAreThoseOfTheCases) {
     EXPECT_EQ(caseName(APIError::responseProblem), u"responseProblem"_s);
     EXPECT_EQ(caseName(APIError::decodingProblem), u"decodingProblem"_s);
