@@ -1,9 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
+#include "data/RecordPDF.h"
 #include "tests/records/APIRequestFixture.h"
 #include "tests/records/SampleRecords.h"
+#include "tests/support/FakePDFOpener.h"
 #include "tests/support/Print.h"
 
+#include <QThread>
 #include <QThreadPool>
 
 #include <gmock/gmock.h>
@@ -28,6 +31,25 @@ TEST_F(APIRequestTest, PDFAnswerWithoutBytesIsASuccessWithoutBytes) {
         EXPECT_EQ(**outcome.result, std::nullopt);
         EXPECT_THAT(outcome.lines, ElementsAre(u"ℹ️ No PDF data for ana@example.com"_s));
     }
+}
+
+TEST_F(APIRequestTest, PDFAnswerWithoutBytesReachesEveryWaitingCallerAndTheNextCallDownloadsAgain) {
+    FakePDFOpener opener;
+    const DBRecordPointer record = sampleRecord();
+    int answers = 0;
+    const auto received = [&answers](const std::shared_ptr<PDFDocument>& document) {
+        EXPECT_FALSE(document);
+        ++answers;
+    };
+    CapturedOutput output;
+    loadPDF(record, *api, opener, received);
+    loadPDF(record, *api, opener, received);
+    session.answer(200, R"({"file":[]})");
+    EXPECT_EQ(answers, 2);
+    EXPECT_THAT(output.lines(), ElementsAre(u"ℹ️ No PDF data for ana@example.com"_s));
+    EXPECT_EQ(session.requests().size(), 1);
+    loadPDF(record, *api, opener, received);
+    EXPECT_EQ(session.requests().size(), 2);
 }
 
 TEST_F(APIRequestTest, PDFThatCannotBeReachedNamesTheKey) {
@@ -249,9 +271,18 @@ QByteArray largeList(int records) {
 }
 
 TEST_F(APIRequestTest, LargeBodyIsDecodedOffTheThreadAndCompletesOnIt) {
-    const auto outcome = fetchAll(reply(200, largeList(5'000)));
-    ASSERT_TRUE(outcome.result->has_value());
-    EXPECT_EQ((*outcome.result)->size(), 5'000U);
+    const CapturedOutput output;
+    std::size_t records = 0;
+    const QThread* completedOn = nullptr;
+    api->fetchAll([&](const auto& result) {
+        records = result ? result->size() : 0;
+        completedOn = QThread::currentThread();
+    });
+    session.answer(200, largeList(5'000));
+    EXPECT_EQ(completedOn, nullptr) << "decoded inside the answer";
+    ASSERT_TRUE(waitUntil([&] { return completedOn != nullptr; }));
+    EXPECT_EQ(completedOn, QThread::currentThread());
+    EXPECT_EQ(records, 5'000U);
 }
 
 TEST_F(APIRequestTest, LargeBodyThatDoesNotDecodeIsLoggedInOrder) {

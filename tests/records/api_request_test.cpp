@@ -65,8 +65,14 @@ TEST_F(APIRequestTest, InsertSendsTheRecordWithItsCVDataAsTextAndItsPDFAsBase64)
 }
 
 TEST_F(APIRequestTest, DefaultBaseUrlIsTheOneOfTheBuild) {
-    EXPECT_TRUE(APIRequest::defaultBaseUrl().endsWith(u"/curriculums"_s));
-    const APIRequest byDefault(session);
+    const QUrl url(APIRequest::defaultBaseUrl());
+    EXPECT_EQ(url.scheme(), u"http"_s);
+    EXPECT_FALSE(url.host().isEmpty());
+    EXPECT_EQ(url.path(), u"/curriculums"_s);
+    EXPECT_FALSE(url.hasQuery());
+    APIRequest byDefault(session);
+    byDefault.fetchAll([](auto) {});
+    EXPECT_EQ(session.requests().last().url, url);
 }
 
 TEST_F(APIRequestTest, KeyIsPercentEncodedInTheDownloadPathButNotInTheDeletePath) {
@@ -117,15 +123,15 @@ TEST_F(APIRequestTest, DownloadUrlThatDoesNotParseIsAResponseProblemAndNothingIs
 // List
 
 TEST_F(APIRequestTest, EmptyListCompletesAfterTheStatusAndTheLength) {
-    const auto outcome = fetchAll(reply(200, R"({"response":[]})"));
+    const auto outcome = fetchAll(reply(200, R"({"response": []})"));
     ASSERT_TRUE(outcome.result->has_value());
     EXPECT_TRUE((*outcome.result)->empty());
-    EXPECT_THAT(outcome.lines, ElementsAre(u"ℹ️ HTTP Status Code: 200"_s, u"ℹ️ Received data: 15 bytes"_s));
+    EXPECT_THAT(outcome.lines, ElementsAre(u"ℹ️ HTTP Status Code: 200"_s, u"ℹ️ Received data: 16 bytes"_s));
 }
 
-TEST_F(APIRequestTest, LengthThatIsLoggedIsThatOfTheBytes) {
-    const auto outcome = fetchAll(reply(200, R"({"response": []})"));
-    EXPECT_THAT(outcome.lines, ElementsAre(u"ℹ️ HTTP Status Code: 200"_s, u"ℹ️ Received data: 16 bytes"_s));
+TEST_F(APIRequestTest, LengthThatIsLoggedIsThatOfTheBytesAndNotOfTheCharacters) {
+    const auto outcome = fetchAll(reply(200, R"({"response":[],"ñ":"€"})"));
+    EXPECT_THAT(outcome.lines, ElementsAre(u"ℹ️ HTTP Status Code: 200"_s, u"ℹ️ Received data: 26 bytes"_s));
 }
 
 TEST_F(APIRequestTest, ListedRecordsBecomeCandidatesInOrder) {
@@ -248,14 +254,15 @@ TEST_F(APIRequestTest, RawTextIsFiveHundredCharactersAsPeopleCountThem) {
     EXPECT_EQ(outcome.lines.last(), u"   Raw JSON: ["_s + family.repeated(499) + u"..."_s);
 }
 
-TEST_F(APIRequestTest, TwoCallsCompleteInTheOrderOfTheirAnswers) {
+TEST_F(APIRequestTest, TwoCallsCompleteInTheOrderOfTheirAnswersAndNotOfTheCalls) {
     const CapturedOutput output;
     QStringList order;
     api->fetchPDF(u"a"_s, [&](const auto&) { order.append(u"pdf"_s); });
     api->fetchAll([&](const auto&) { order.append(u"list"_s); });
+    session.answerLatest(200, R"({"response":[]})");
+    EXPECT_THAT(order, ElementsAre(u"list"_s));
     session.answer(200, "{}");
-    session.answer(200, R"({"response":[]})");
-    EXPECT_THAT(order, ElementsAre(u"pdf"_s, u"list"_s));
+    EXPECT_THAT(order, ElementsAre(u"list"_s, u"pdf"_s));
 }
 
 } // namespace dorvantel::test

@@ -49,10 +49,10 @@ TEST(StoredRecord, LeavesAbsentMembersOut) {
     record->summarizedText.reset();
     record->invitationMail.reset();
     record->file.reset();
-    const QByteArray json = encodeStored(*record).value();
-    for (const char* key : {"summarizedText", "invitationMail", "file"}) {
-        EXPECT_FALSE(json.contains(key));
-    }
+    EXPECT_EQ(encodeStored(*record),
+              R"({"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F","name":"Ana","profession":"Contable",)"
+              R"("email":"ana@example.com","jsonCVData":{"gender":"Femenino","softSkills":["A"],)"
+              R"("techSkills":["X"],"languages":["Español"]}})"_ba);
 }
 
 TEST(StoredRecord, ComesBackAsTheSameCandidateWithTheSameFields) {
@@ -86,6 +86,23 @@ TEST(StoredRecord, NeedsItsIdentityAndItsOtherMembers) {
         EXPECT_EQ(decoded.error().kind, Kind::KeyNotFound);
         EXPECT_EQ(decoded.error().subject, QString::fromUtf8(key));
     }
+}
+
+TEST(StoredRecord, NeedsEveryMemberOfItsCVData) {
+    for (const QByteArray& key : {"gender"_ba, "softSkills"_ba, "techSkills"_ba, "languages"_ba}) {
+        const auto decoded = decodeStored(QByteArray(stored).replace('"' + key + "\":", "\"other\":"));
+        ASSERT_FALSE(decoded.has_value());
+        EXPECT_EQ(decoded.error().kind, Kind::KeyNotFound);
+        EXPECT_EQ(decoded.error().subject, QString::fromUtf8(key));
+        EXPECT_THAT(decoded.error().path, testing::ElementsAre(u"jsonCVData"_s));
+    }
+}
+
+TEST(StoredRecord, CVDataIsAnObjectAndThePDFAText) {
+    const QByteArray cvData = R"({"gender":"Femenino","softSkills":["A"],"techSkills":["X"],"languages":["Español"]})";
+    ASSERT_TRUE(stored.contains(cvData));
+    EXPECT_EQ(decodeStored(QByteArray(stored).replace(cvData, "\"{}\"")).error().kind, Kind::TypeMismatch);
+    EXPECT_EQ(decodeStored(QByteArray(stored).replace("\"JVBERg==\"", "[37,80]")).error().kind, Kind::TypeMismatch);
 }
 
 TEST(StoredRecord, IdentityThatIsNoUuidIsDataCorrupted) {

@@ -254,6 +254,26 @@ TEST(SearchAnswer, BytesOfAFileAreWholeNumbersFromZeroTo255) {
     }
 }
 
+TEST(SearchAnswer, UnknownMembersAreIgnored) {
+    EXPECT_TRUE(decodeSearchResponse(searchWith("1", R"(,"vector":[0.5],"x":{"name":1})")).has_value());
+    EXPECT_TRUE(decodeSearchResponse(R"({"took":3,"sql":"","result":[],"next":null})").has_value());
+}
+
+TEST(SearchAnswer, EachMissingMemberOfTheCVDataFailsTheWholeAnswer) {
+    for (const QByteArray& key : {"gender"_ba, "softSkills"_ba, "techSkills"_ba, "languages"_ba}) {
+        const auto decoded = decodeSearchResponse(searchWith("1").replace('"' + key + '"', "\"other\""));
+        ASSERT_FALSE(decoded.has_value());
+        EXPECT_EQ(decoded.error().kind, Kind::KeyNotFound);
+        EXPECT_EQ(decoded.error().subject, QString::fromUtf8(key));
+        EXPECT_THAT(decoded.error().path, ElementsAre(u"result"_s, u"Index 0"_s, u"jsonCVData"_s));
+    }
+}
+
+TEST(SearchAnswer, StatementIsAText) {
+    EXPECT_EQ(decodeSearchResponse(R"({"sql":1,"result":[]})").error().kind, Kind::TypeMismatch);
+    EXPECT_EQ(decodeSearchResponse(R"({"sql":null,"result":[]})").error().kind, Kind::ValueNotFound);
+}
+
 TEST(SearchAnswer, NeedsItsStatementAndItsRows) {
     EXPECT_EQ(decodeSearchResponse(R"({"result":[]})").error().subject, u"sql"_s);
     EXPECT_EQ(decodeSearchResponse(R"({"sql":""})").error().subject, u"result"_s);
@@ -269,13 +289,12 @@ TEST(InsertRecord, WithoutPDFHasNoFileKeyAtAll) {
               R"("jsonCVData":"{\"gender\":\"\\'\"}"})"_ba);
 }
 
-TEST(InsertRecord, PDFIsPaddedBase64OnOneLine) {
+TEST(InsertRecord, PDFIsPaddedBase64OfTheStandardAlphabetOnOneLine) {
     DBRecord record;
-    record.file = QByteArray(200, '\xFE');
-    const QByteArray body = encodeDBRecord(record).value();
-    EXPECT_TRUE(body.endsWith(",\"file\":\"" + QByteArray(200, '\xFE').toBase64() + "\"}"));
-    EXPECT_TRUE(body.contains("/g==") || body.contains("/v7+"));
-    EXPECT_FALSE(body.contains('\n'));
+    record.file = "\xFB\xEF\xBE\xFF\xFF\xFF\xFE";
+    EXPECT_TRUE(encodeDBRecord(record)->endsWith(R"(,"file":"++++/////g=="})"));
+    record.file = QByteArray(300, '\xFF');
+    EXPECT_TRUE(encodeDBRecord(record)->endsWith(",\"file\":\"" + QByteArray(400, '/') + "\"}"));
 }
 
 TEST(InsertRecord, EmptyPDFIsPresent) {
@@ -300,6 +319,26 @@ TEST(InsertRecord, AnswerNeedsItsSixTexts) {
         EXPECT_EQ(decoded.error().kind, Kind::KeyNotFound);
         EXPECT_EQ(decoded.error().subject, QString::fromUtf8(key));
     }
+}
+
+TEST(InsertRecord, AnswersTextsMayNeitherBeNullNorOfAnotherType) {
+    const QByteArray body = *encodeDBRecord(DBRecord{});
+    for (const QByteArray& key :
+         {"name"_ba, "profession"_ba, "email"_ba, "summarizedText"_ba, "invitationMail"_ba, "jsonCVData"_ba}) {
+        const QByteArray member = '"' + key + "\":";
+        EXPECT_EQ(decodeDBRecord(QByteArray(body).replace(member + "\"\"", member + "null")).error().kind,
+                  Kind::ValueNotFound);
+        EXPECT_EQ(decodeDBRecord(QByteArray(body).replace(member + "\"\"", member + "1")).error().kind,
+                  Kind::TypeMismatch);
+    }
+}
+
+TEST(InsertRecord, AnswersFileMayBeNull) {
+    DBRecord record;
+    record.file = "%PDF";
+    const auto decoded = decodeDBRecord(encodeDBRecord(record)->replace("\"JVBERg==\"", "null"));
+    ASSERT_TRUE(decoded.has_value());
+    EXPECT_EQ(decoded->file, std::nullopt);
 }
 
 TEST(InsertRecord, AnswerWithCVDataAsAnObjectIsATypeMismatch) {

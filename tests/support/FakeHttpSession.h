@@ -11,7 +11,7 @@
 
 namespace dorvantel::test {
 
-/// An HTTP session without a network: it keeps every request and answers only when the test says so, oldest first.
+/// An HTTP session without a network: it keeps every request and answers only when the test says so.
 class FakeHttpSession final : public HttpSession {
 public:
     const QList<HttpRequest>& requests() const { return m_requests; }
@@ -25,16 +25,27 @@ public:
     void answer(HttpOutcome outcome) {
         const Waiting waiting = std::move(m_waiting.front());
         m_waiting.pop_front();
-        if (waiting.context != nullptr) {
-            waiting.completion(std::move(outcome));
-        }
+        waiting.complete(std::move(outcome));
     }
     void answer(int status, const QByteArray& body) { answer(HttpResponse{status, body}); }
+
+    /// Answers the latest request, so that it overtakes the others.
+    void answerLatest(int status, const QByteArray& body) {
+        const Waiting waiting = std::move(m_waiting.back());
+        m_waiting.pop_back();
+        waiting.complete(HttpResponse{status, body});
+    }
 
 private:
     struct Waiting {
         QPointer<QObject> context;
         std::function<void(HttpOutcome)> completion;
+
+        void complete(HttpOutcome outcome) const {
+            if (context != nullptr) {
+                completion(std::move(outcome));
+            }
+        }
     };
     QList<HttpRequest> m_requests;
     std::deque<Waiting> m_waiting;
