@@ -267,10 +267,10 @@ TEST_F(FetchAvailableModelsInOrder, OfLoadsThatOverlapTheLastToEndWins) {
 }
 
 TEST_F(FetchAvailableModelsInOrder, EveryRequestWaitsAMinute) {
-    settings.setSelectedLLMModel(u"m"_s);
     startLoad(R"({"models":[{"name":"a"}]})");
-    service.chat({}, std::nullopt, std::nullopt);
-    ASSERT_TRUE(waitForRequests(3));
+    service.chat({}, u"m"_s, std::nullopt);
+    service.generateEmbedding(u"a"_s, u"m"_s);
+    ASSERT_TRUE(waitForRequests(4));
     for (const HttpRequest& request : session.requests) {
         EXPECT_EQ(request.timeout, std::chrono::seconds(60));
     }

@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "tests/modelserver/OllamaServiceFixture.h"
 #include "tests/support/CapturedOutput.h"
+#include "tests/support/FakeHttpSession.h"
 #include "tests/support/Print.h"
 
 #include <QCoreApplication>
+#include <QSignalSpy>
 
 #include <limits>
 
@@ -156,11 +158,34 @@ TEST_F(Chat, ConnectionThatIsCutIsANetworkError) {
     EXPECT_EQ(chatFailure(cutInBody.url()), u"Error de red: Connection closed"_s);
 }
 
-TEST_F(Chat, AnswerThatIsNotHttpIsANetworkErrorOrADecodingError) {
+TEST_F(Chat, AnswerInAnotherProtocolIsANetworkError) {
     ScriptedServer server({.body = "SSH-2.0-OpenSSH_9.2p1\r\n", .way = Way::NotHttp});
     const ModelResult<QString> result = chat(server.url());
     ASSERT_FALSE(result);
-    EXPECT_NE(result.error().which, OllamaError::Case::emptyResponse);
+    EXPECT_EQ(result.error().which, OllamaError::Case::networkError);
+}
+
+TEST_F(Chat, ResponseThatHasNoStatusIsReadLikeOneWithStatus200) {
+    FakeHttpSession withoutStatus;
+    OllamaService local(withoutStatus, settings);
+    const QFuture reply = local.chat({}, std::nullopt, std::nullopt);
+    withoutStatus.answer(HttpResponse{std::nullopt, chatBody("hola")});
+    EXPECT_EQ(await(reply), u"hola"_s);
+}
+
+TEST_F(Chat, FailureTouchesNoPublishedState) {
+    const QSignalSpy models(service.get(), &OllamaService::availableModelsChanged);
+    const QSignalSpy loading(service.get(), &OllamaService::isLoadingModelsChanged);
+    const QSignalSpy error(service.get(), &OllamaService::modelErrorChanged);
+    EXPECT_FALSE(chat(u"http://127.0.0.1:1"_s));
+    EXPECT_FALSE(embed(u"http://127.0.0.1:1"_s));
+    EXPECT_EQ(models.count() + loading.count() + error.count(), 0);
+}
+
+TEST_F(Chat, RequestIsSentOnceEvenWhenTheConnectionIsCut) {
+    ScriptedServer server(way(Way::Cut));
+    EXPECT_FALSE(chat(server.url()));
+    EXPECT_EQ(server.requests().size(), 1);
 }
 
 TEST_F(Chat, StallingServerEndsInATimeOut) {

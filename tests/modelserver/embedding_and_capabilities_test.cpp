@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/modelserver/OllamaServiceFixture.h"
 #include "tests/support/CapturedOutput.h"
+#include "tests/support/FakeHttpSession.h"
 #include "tests/support/Print.h"
 
 namespace dorvantel::test {
@@ -29,11 +30,14 @@ TEST_F(GenerateEmbedding, TextIsSentUnchangedToTheChosenModel) {
     EXPECT_EQ(server.requests()[1].body, R"({"model":"otro","input":""})");
 }
 
-TEST_F(GenerateEmbedding, WithoutModelAndChosenModelFailsWithTheTextOfTheLanguageModel) {
+TEST_F(GenerateEmbedding, WithoutModelAndChosenModelFailsWithTheTextOfTheLanguageModelAndSendsNothing) {
+    FakeHttpSession unused;
+    OllamaService unsent(unused, settings);
     settings.setSelectedEmbeddingModel(std::nullopt);
-    const auto future = service->generateEmbedding(u"a"_s, std::nullopt);
+    const auto future = unsent.generateEmbedding(u"a"_s, std::nullopt);
     ASSERT_TRUE(future.isFinished());
     EXPECT_EQ(localizedDescription(future.result().error()), u"Modelo LLM no configurado en Preferencias"_s);
+    EXPECT_TRUE(unused.requests().isEmpty());
 }
 
 TEST_F(GenerateEmbedding, ChosenLanguageModelIsNoSubstitute) {
@@ -60,6 +64,33 @@ TEST_F(GenerateEmbedding, StatusOtherThan200IsANetworkError) {
     const auto result = embed(server.url());
     ASSERT_FALSE(result);
     EXPECT_EQ(localizedDescription(result.error()), u"Error de red: HTTP 501"_s);
+}
+
+TEST_F(GenerateEmbedding, AddressWithATrailingSlashGivesADoubleSlash) {
+    ScriptedServer server(reply(R"({"model":"m","embeddings":[[1]]})"));
+    EXPECT_TRUE(embed(server.url() + u'/'));
+    EXPECT_EQ(server.requests()[0].target, "//api/embed");
+}
+
+TEST_F(GenerateEmbedding, TransportFailureIsANetworkError) {
+    const auto textAt = [this](const QString& url) {
+        const auto result = embed(url);
+        return result ? QString() : localizedDescription(result.error());
+    };
+    EXPECT_EQ(textAt(u"http://127.0.0.1:1"_s), u"Error de red: Connection refused"_s);
+    ScriptedServer cut(way(Way::Cut));
+    EXPECT_EQ(textAt(cut.url()), u"Error de red: Connection closed"_s);
+    EXPECT_EQ(cut.requests().size(), 1);
+    makeService(std::chrono::milliseconds(50));
+    ScriptedServer stalling(way(Way::Stall));
+    EXPECT_EQ(textAt(stalling.url()), u"Error de red: Se ha agotado el tiempo de espera."_s);
+}
+
+TEST_F(GenerateEmbedding, BodyThatDoesNotDecodeIsADecodingError) {
+    ScriptedServer html(reply("<html></html>"));
+    const auto result = embed(html.url());
+    ASSERT_FALSE(result);
+    EXPECT_EQ(localizedDescription(result.error()), u"Error decodificando respuesta: "_s + formatText);
 }
 
 TEST_F(GenerateEmbedding, NullVectorIsADecodingError) {

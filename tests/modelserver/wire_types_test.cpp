@@ -96,8 +96,10 @@ TEST(ModelsResponse, AnyValueOfAnotherTypeFailsTheWholeBody) {
                   first + QStringList{u"size"_s});
     expectFailure(decodeModelsResponse(R"({"models":[{"name":"a","details":"gguf"}]})"), Kind::TypeMismatch,
                   u"Dictionary<String, Any>"_s, first + QStringList{u"details"_s});
-    expectFailure(decodeModelsResponse(R"({"models":[{"name":"a","details":{"family":[]}}]})"), Kind::TypeMismatch,
-                  u"String"_s, first + QStringList{u"details"_s, u"family"_s});
+    for (const QString& key : {u"family"_s, u"format"_s, u"parameter_size"_s}) {
+        expectFailure(decodeModelsResponse(R"({"models":[{"name":"a","details":{")" + key.toUtf8() + R"(":[]}}]})"),
+                      Kind::TypeMismatch, u"String"_s, first + QStringList{u"details"_s, key});
+    }
 }
 
 TEST(ModelsResponse, SizeIsASigned64BitNumber) {
@@ -163,7 +165,10 @@ TEST(ShowResponse, FieldsThatNobodyUsesStillHaveToHaveTheirType) {
     mismatch(R"({"template":[]})", u"String"_s, {u"template"_s});
     mismatch(R"({"details":[]})", u"Dictionary<String, Any>"_s, {u"details"_s});
     mismatch(R"({"details":{"families":"bert"}})", u"Array<Any>"_s, {u"details"_s, u"families"_s});
-    mismatch(R"({"details":{"quantization_level":4}})", u"String"_s, {u"details"_s, u"quantization_level"_s});
+    mismatch(R"({"details":{"families":[1]}})", u"String"_s, {u"details"_s, u"families"_s, u"Index 0"_s});
+    for (const QString& key : {u"format"_s, u"family"_s, u"parameter_size"_s, u"quantization_level"_s}) {
+        mismatch("{\"details\":{\"" + key.toUtf8() + "\":4}}", u"String"_s, {u"details"_s, key});
+    }
     mismatch(R"({"model_info":[]})", u"Dictionary<String, Any>"_s, {u"model_info"_s});
     mismatch(R"({"model_info":"large"})", u"Dictionary<String, Any>"_s, {u"model_info"_s});
     mismatch(R"({"capabilities":"tools"})", u"Array<Any>"_s, {u"capabilities"_s});
@@ -211,6 +216,32 @@ TEST(ChatResponse, OnlyTheDateIsOptional) {
                   Kind::ValueNotFound, u"String"_s, {u"message"_s, u"content"_s});
     expectFailure(decodeChatResponse(R"({"model":"m","message":{"role":"r","content":""},"done":1})"),
                   Kind::TypeMismatch, u"Bool"_s, {u"done"_s});
+}
+
+TEST(ChatResponse, AnyValueOfAnotherTypeFailsTheWholeBody) {
+    const auto mismatch = [](const QByteArray& body, const QString& type, const QStringList& path) {
+        expectFailure(decodeChatResponse(body), Kind::TypeMismatch, type, path);
+    };
+    mismatch("[]", u"Dictionary<String, Any>"_s, {});
+    mismatch(R"({"model":1,"message":{"role":"r","content":""},"done":true})", u"String"_s, {u"model"_s});
+    mismatch(R"({"model":"m","created_at":1,"message":{"role":"r","content":""},"done":true})", u"String"_s,
+             {u"created_at"_s});
+    mismatch(R"({"model":"m","message":"hola","done":true})", u"Dictionary<String, Any>"_s, {u"message"_s});
+    mismatch(R"({"model":"m","message":{"role":1,"content":""},"done":true})", u"String"_s, {u"message"_s, u"role"_s});
+    mismatch(R"({"model":"m","message":{"role":"r","content":["hola"]},"done":true})", u"String"_s,
+             {u"message"_s, u"content"_s});
+    mismatch(R"({"model":"m","message":{"role":"r","content":""},"done":"true"})", u"Bool"_s, {u"done"_s});
+}
+
+TEST(EmbeddingResponse, NeedsItsModelAndItsVectors) {
+    expectFailure(decodeEmbeddingResponse(R"({"embeddings":[]})"), Kind::KeyNotFound, u"model"_s, {});
+    expectFailure(decodeEmbeddingResponse(R"({"model":"m"})"), Kind::KeyNotFound, u"embeddings"_s, {});
+    expectFailure(decodeEmbeddingResponse(R"({"model":1,"embeddings":[]})"), Kind::TypeMismatch, u"String"_s,
+                  {u"model"_s});
+    expectFailure(decodeEmbeddingResponse(R"({"model":"m","embeddings":{}})"), Kind::TypeMismatch, u"Array<Any>"_s,
+                  {u"embeddings"_s});
+    expectFailure(decodeEmbeddingResponse(R"({"model":"m","embeddings":[["1"]]})"), Kind::TypeMismatch, u"Double"_s,
+                  {u"embeddings"_s, u"Index 0"_s, u"Index 0"_s});
 }
 
 TEST(EmbeddingResponse, VectorsOfWholeAndBrokenNumbersDecode) {
@@ -340,8 +371,12 @@ TEST(ModelCapabilities, AreCodableOnTheirOwn) {
 }
 
 TEST(ModelCapabilities, NeedEveryKey) {
-    expectFailure(decodeModelCapabilities(R"({"supportsTools":true,"supportsVision":false,"supportsThinking":true})"),
-                  Kind::KeyNotFound, u"supportsEmbedding"_s, {});
+    const QByteArray body = encode(ModelCapabilities{});
+    for (const QString& key :
+         {u"supportsTools"_s, u"supportsVision"_s, u"supportsThinking"_s, u"supportsEmbedding"_s}) {
+        expectFailure(decodeModelCapabilities(QByteArray(body).replace(key.toUtf8(), "other")), Kind::KeyNotFound, key,
+                      {});
+    }
 }
 
 } // namespace
