@@ -44,7 +44,8 @@ std::expected<json, QString> parseJson(const QString& text) {
 
 std::expected<QString, QString> compactJsonText(const json& value) {
     if (isDeeperThan(value, deepestRendered)) {
-        return std::unexpected(u"nested deeper than %1 levels"_s.arg(deepestRendered));
+        return std::unexpected(
+            u"No se han podido escribir los datos porque tienen más de %1 niveles."_s.arg(deepestRendered));
     }
     return QString::fromStdString(value.dump());
 }

@@ -19,7 +19,8 @@ bool isJson(const QString& text);
 /// The value that `text` holds, or the parser's message on one line. Of a repeated key the last value counts.
 std::expected<nlohmann::json, QString> parseJson(const QString& text);
 
-/// The value as compact JSON text, or why it cannot be written as one: it is nested deeper than 512 levels.
+/// The value as compact JSON text, or a sentence for people: it cannot be written when it is nested deeper than 512
+/// levels.
 std::expected<QString, QString> compactJsonText(const nlohmann::json& value);
 
 } // namespace dorvantel

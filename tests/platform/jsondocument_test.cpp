@@ -55,7 +55,8 @@ TEST(CompactJsonText, HasNoBlanksAndKeepsLetters) {
 
 TEST(CompactJsonText, NestingBeyondTheLimitIsAnErrorNotACrash) {
     EXPECT_EQ(compactJsonText(*parseJson(nested(512))), nested(512));
-    EXPECT_EQ(compactJsonText(*parseJson(nested(513))).error(), u"nested deeper than 512 levels"_s);
+    EXPECT_EQ(compactJsonText(*parseJson(nested(513))).error(),
+              u"No se han podido escribir los datos porque tienen más de 512 niveles."_s);
     EXPECT_FALSE(compactJsonText(*parseJson(nested(1'000'000))).has_value());
 }
 
