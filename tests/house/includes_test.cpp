@@ -1,5 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
+#include "tests/support/Print.h"
+
 #include <QDirIterator>
 #include <QFile>
 #include <QMap>
@@ -28,6 +30,10 @@ const QMap<QString, QSet<QString>> allowedEdges = {
     {u"service"_s, {u"data"_s, u"platform"_s}},
     {u"demo"_s, {u"data"_s, u"platform"_s}},
 };
+
+/// The rooms that the program with the window is made of.
+const QStringList roomsOfTheWindow = {u"platform"_s,    u"data"_s,   u"records"_s, u"ui"_s,
+                                      u"modelserver"_s, u"intake"_s, u"search"_s,  u"app"_s};
 
 struct Include {
     QString file; ///< relative to the root
@@ -108,6 +114,33 @@ TEST(Includes, WidgetsOnlyWhereViewsLive) {
     for (const QString& room : widgetless) {
         for (const Include& include : includesBelow(room)) {
             EXPECT_FALSE(widgetHeader.match(include.target).hasMatch())
+                << qPrintable(include.file) << " includes " << qPrintable(include.target);
+        }
+    }
+}
+
+TEST(Includes, OnlyTheHttpSessionUsesTheNetworkAndOnlyAppSettingsTheSettingsFile) {
+    static const QRegularExpression network(u"^(QtNetwork/.*|QNetwork.*|Q(Tcp|Udp|Ssl|Local|Abstract)S(ocket|erver)|"
+                                            "QDns.*|httplib\\.h|sys/socket\\.h|curl/.*)$"_s);
+    for (const QString& room : roomsOfTheWindow) {
+        for (const Include& include : includesBelow(room)) {
+            if (network.match(include.target).hasMatch()) {
+                EXPECT_EQ(include.file, u"platform/HttpSession.cpp"_s) << qPrintable(include.target);
+            }
+            if (include.target == u"QSettings") {
+                EXPECT_EQ(include.file, u"modelserver/AppSettings.cpp"_s);
+            }
+        }
+    }
+}
+
+TEST(Includes, TheWindowsRoomsHaveNeitherLocksNorNestedEventLoops) {
+    static const QRegularExpression waiting(
+        u"^(mutex|shared_mutex|condition_variable|semaphore|latch|barrier|"
+        "Q(Basic|Recursive)?Mutex|QMutexLocker|QReadWriteLock|QWaitCondition|QSemaphore|QEventLoop)$"_s);
+    for (const QString& room : roomsOfTheWindow) {
+        for (const Include& include : includesBelow(room)) {
+            EXPECT_FALSE(waiting.match(include.target).hasMatch())
                 << qPrintable(include.file) << " includes " << qPrintable(include.target);
         }
     }
