@@ -98,7 +98,11 @@ std::filesystem::path onlyPathOf(const std::filesystem::path& store) {
     if (error) {
         fail(store, error.message());
     }
-    if (std::filesystem::is_regular_file(path, error) && std::filesystem::hard_link_count(path, error) > 1) {
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    if (std::filesystem::is_directory(status)) {
+        fail(path, "it is a folder");
+    }
+    if (std::filesystem::is_regular_file(status) && std::filesystem::hard_link_count(path, error) > 1) {
         fail(path, "the file has several names (hard links); leave it one");
     }
     return path;

@@ -23,8 +23,8 @@ class StoreInUse : public StoreFileError {
 };
 
 /// The one path of a store, whatever symbolic links lead to it: what lies beside it is named after that one. Refuses a
-/// link that leads nowhere, and a file with several names (hard links), because each name would have a log of its own.
-/// Throws StoreFileError.
+/// folder, a link that leads nowhere, and a file with several names (hard links), because each name would have a log of
+/// its own. Throws StoreFileError.
 std::filesystem::path onlyPathOf(const std::filesystem::path& store);
 
 /// Keeps other services and the commands that change a store away from it while this object lives. Makes the missing

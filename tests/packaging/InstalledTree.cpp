@@ -37,6 +37,8 @@ Finished run(const QString& program, const QStringList& arguments, const QString
 
 InstalledTree::InstalledTree(const QStringList& components) {
     EXPECT_TRUE(QDir().mkpath(home()));
+    // Open to others, it would be no folder for a runtime, and another would be made in that of all users.
+    EXPECT_TRUE(QFile::setPermissions(home(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     for (const QString& component : components) {
         const Finished installed = run(u"cmake"_s,
                                        {u"--install"_s, QStringLiteral(DORVANTEL_BIN_DIR "/.."), u"--component"_s,
