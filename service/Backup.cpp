@@ -6,6 +6,7 @@
 #include "service/StoreFile.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <ctime>
 #include <fstream>
@@ -73,11 +74,12 @@ void refuseOpenFile(const fs::path& file) {
 /// log the copy's reading holds nobody up.
 void copyDatabase(const SqliteDatabase& from, const SqliteDatabase& to) {
     sqlite3_backup* const backup = sqlite3_backup_init(to.handle(), "main", from.handle(), "main");
+    errno = 0;
     const int copied = backup != nullptr ? sqlite3_backup_step(backup, -1) : sqlite3_errcode(to.handle());
     const int finished = sqlite3_backup_finish(backup);
     if (copied != SQLITE_DONE || finished != SQLITE_OK) {
-        const int error = copied != SQLITE_DONE ? copied : finished;
-        throw SqliteError(error & 0xFF, "the copy failed: " + std::string(sqlite3_errstr(error)));
+        const int error = primaryCode(copied != SQLITE_DONE ? copied : finished);
+        throw SqliteError(error, "the copy failed: " + std::string(sqlite3_errstr(error)));
     }
 }
 

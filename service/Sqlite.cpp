@@ -3,6 +3,7 @@
 #include "service/Sqlite.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <mutex>
 
@@ -12,8 +13,14 @@ namespace dorvantel::service {
 
 namespace {
 
+SqliteError errorOf(sqlite3* handle, int result) {
+    const int code = primaryCode(result);
+    const bool isSqlitesOwn = handle != nullptr && code == (result & 0xFF);
+    return {code, isSqlitesOwn ? sqlite3_errmsg(handle) : sqlite3_errstr(code)};
+}
+
 [[noreturn]] void fail(sqlite3* handle, int result) {
-    throw SqliteError(result & 0xFF, handle != nullptr ? sqlite3_errmsg(handle) : sqlite3_errstr(result));
+    throw errorOf(handle, result);
 }
 
 /// What does not fit SQLite's cache goes into temporary files, and those hold rows as well. They belong to where the
@@ -31,6 +38,12 @@ void keepTemporaryFilesBeside(const std::string& path) {
 
 } // namespace
 
+int primaryCode(int result) {
+    const int code = result & 0xFF;
+    const bool isOutOfRoom = code == SQLITE_IOERR && (errno == EDQUOT || errno == EFBIG || errno == ENOSPC);
+    return isOutOfRoom ? SQLITE_FULL : code;
+}
+
 SqliteDatabase::SqliteDatabase(const std::string& path, Access access, int busyMs) {
     // One thread at a time uses a connection, so SQLite's own mutexes would only cost time.
     const int flags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE |
@@ -39,6 +52,7 @@ SqliteDatabase::SqliteDatabase(const std::string& path, Access access, int busyM
         keepTemporaryFilesBeside(path);
     }
     sqlite3* handle = nullptr;
+    errno = 0;
     const int result = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
     m_handle.reset(handle);
     if (result != SQLITE_OK) {
@@ -58,6 +72,7 @@ void SqliteDatabase::Close::operator()(sqlite3* handle) const {
 }
 
 void SqliteDatabase::execute(const char* sql) const {
+    errno = 0;
     const int result = sqlite3_exec(handle(), sql, nullptr, nullptr, nullptr);
     if (result != SQLITE_OK) {
         fail(handle(), result);
@@ -78,6 +93,7 @@ std::string SqliteDatabase::text(const std::string& sql) const {
 
 SqliteStatement::SqliteStatement(const SqliteDatabase& database, std::string_view sql) {
     sqlite3_stmt* statement = nullptr;
+    errno = 0;
     const int result = sqlite3_prepare_v3(database.handle(), sql.data(), static_cast<int>(sql.size()),
                                           SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
     m_statement.reset(statement);
@@ -111,13 +127,14 @@ void SqliteStatement::bindBlob(int parameter, std::string_view bytes) {
 }
 
 bool SqliteStatement::step() {
+    errno = 0;
     const int result = sqlite3_step(m_statement.get());
-    if (result != SQLITE_ROW && result != SQLITE_DONE) {
-        const SqliteError error(result & 0xFF, sqlite3_errmsg(sqlite3_db_handle(m_statement.get())));
-        reset();
-        throw error;
+    if (result == SQLITE_ROW || result == SQLITE_DONE) {
+        return result == SQLITE_ROW;
     }
-    return result == SQLITE_ROW;
+    const SqliteError error = errorOf(sqlite3_db_handle(m_statement.get()), result);
+    reset();
+    throw error;
 }
 
 void SqliteStatement::run() {

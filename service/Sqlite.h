@@ -27,6 +27,10 @@ private:
     int m_code;
 };
 
+/// The primary code of what a call of SQLite gave, before which errno was 0: a quota or a limit on the size of files is
+/// SQLITE_FULL. SQLite knows only the full disk as that and takes the others for errors of the disk.
+int primaryCode(int result);
+
 /// An open connection. Used by one thread at a time. Nothing is written outside the file's folder: one that reads keeps
 /// what is temporary in memory, one that writes keeps it in temporary files beside the database.
 class SqliteDatabase {

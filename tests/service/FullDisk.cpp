@@ -4,7 +4,6 @@
 
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <limits>
 
 #include <gtest/gtest.h>
@@ -16,12 +15,13 @@ namespace dorvantel::test {
 namespace {
 
 std::atomic<std::int64_t> limitOfFiles = std::numeric_limits<std::int64_t>::max();
+std::atomic<int> errorOfFiles = 0;
 
 bool fits(std::int64_t end) {
     if (end <= limitOfFiles) {
         return true;
     }
-    errno = ENOSPC;
+    errno = errorOfFiles;
     return false;
 }
 
@@ -42,7 +42,8 @@ void setCalls(sqlite3_syscall_ptr writing, sqlite3_syscall_ptr positioned) {
 
 } // namespace
 
-FullDisk::FullDisk(std::int64_t limit) {
+FullDisk::FullDisk(std::int64_t limit, int error) {
+    errorOfFiles = error;
     limitOfFiles = limit;
     setCalls(reinterpret_cast<sqlite3_syscall_ptr>(limitedWrite), reinterpret_cast<sqlite3_syscall_ptr>(limitedPwrite));
 }
