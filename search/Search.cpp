@@ -8,16 +8,17 @@
 #include "platform/WhenFinished.h"
 #include "search/VectorText.h"
 
-#include <QPointer>
+#include <exception>
 
 namespace dorvantel {
 
 using namespace Qt::StringLiterals;
 
-Search::Search(RecordsService& records, ModelService& models, QObject* parent)
+Search::Search(RecordsService& records, ModelService& models, QObject& application, QObject* parent)
     : QObject(parent)
     , m_records(records)
-    , m_models(models) {}
+    , m_models(models)
+    , m_application(application) {}
 
 void Search::start(const SearchCriteria& criteria) {
     countUnderWay(1);
@@ -26,23 +27,33 @@ void Search::start(const SearchCriteria& criteria) {
         startSemantic(criteria.freeTextSearchString, clauses);
         return;
     }
-    runOnMainQueue(this, [this, statement = structuredStatement(clauses)] { send(statement); });
+    runOnMainQueue(&m_application, [&records = m_records, self = QPointer(this),
+                                    statement = structuredStatement(clauses)] { send(records, self, statement); });
 }
 
 void Search::startSemantic(const QString& text, const QStringList& clauses) {
     const auto vector = m_models.generateEmbedding(text, std::nullopt);
-    whenFinished(vector, this, [this, clauses](const ModelResult<QList<double>>& answer) {
-        if (!answer) {
-            logLine(u"❌ Error generating embedding: "_s + localizedDescription(answer.error()));
-            countUnderWay(-1);
-            return;
-        }
-        send(semanticStatement(*answer, clauses));
-    });
+    whenFinished(
+        vector, &m_application,
+        [&records = m_records, self = QPointer(this), clauses](const ModelResult<QList<double>>& answer) {
+            if (answer) {
+                send(records, self, semanticStatement(*answer, clauses));
+            } else {
+                failEmbedding(self, localizedDescription(answer.error()));
+            }
+        },
+        [self = QPointer(this)](const std::exception& error) { failEmbedding(self, QString::fromUtf8(error.what())); });
 }
 
-void Search::send(const QString& statement) {
-    m_records.search(statement, [self = QPointer<Search>(this)](std::expected<Results, APIError> answer) {
+void Search::failEmbedding(const QPointer<Search>& self, const QString& description) {
+    logLine(u"❌ Error generating embedding: "_s + description);
+    if (self) {
+        self->countUnderWay(-1);
+    }
+}
+
+void Search::send(RecordsService& records, const QPointer<Search>& self, const QString& statement) {
+    records.search(statement, [self](std::expected<Results, APIError> answer) {
         if (!answer) {
             logLine(u"Failure! No records returned"_s);
         } else if (self) {

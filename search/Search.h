@@ -6,6 +6,7 @@
 #include "search/Query.h"
 
 #include <QObject>
+#include <QPointer>
 
 #include <memory>
 
@@ -13,17 +14,19 @@ namespace dorvantel {
 
 class ModelService;
 
-/// Runs searches and holds the last answer. Lives on the UI thread; outlived by the services that it was given.
+/// Runs searches and holds the last answer. Lives on the UI thread; outlived by all it was given.
 ///
 /// Searches run independently, nothing cancels one, and the answer that arrives last is the one that stays. Failures
-/// are one line in the log and change nothing. When this object goes, its searches go with it.
+/// are one line in the log and change nothing. A search that is under way when this object goes is still brought to
+/// its end, with the same lines in the log, but its answer reaches nobody. Only the end of `application` gives up what
+/// has not been sent by then.
 class Search : public QObject {
     Q_OBJECT
 
 public:
     using Results = std::shared_ptr<IdentifiableSearchResponse>;
 
-    Search(RecordsService& records, ModelService& models, QObject* parent = nullptr);
+    Search(RecordsService& records, ModelService& models, QObject& application, QObject* parent = nullptr);
 
     /// Returns before anything is sent to the records service. With a free text the model server is asked for its
     /// vector first.
@@ -42,12 +45,14 @@ Q_SIGNALS:
 
 private:
     void startSemantic(const QString& text, const QStringList& clauses);
-    void send(const QString& statement);
+    static void send(RecordsService& records, const QPointer<Search>& self, const QString& statement);
+    static void failEmbedding(const QPointer<Search>& self, const QString& description);
     void countUnderWay(int change);
     void setResults(Results results);
 
     RecordsService& m_records;
     ModelService& m_models;
+    QObject& m_application;
     Results m_results;
     int m_underWay = 0;
 };

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "search/SearchUIView.h"
 
+#include "data/Model.h"
 #include "search/CriteriaPanel.h"
 #include "search/SearchResultDetailUIView.h"
 #include "ui/Style.h"
@@ -73,7 +74,7 @@ protected:
 SearchUIView::SearchUIView(const Services& services, QWidget* parent)
     : QWidget(parent)
     , m_services(services)
-    , m_search(services.records, services.models)
+    , m_search(services.records, services.models, services.model)
     , m_criteria(new CriteriaPanel(services.model))
     , m_list(new LazyRowList) {
     setObjectName(u"search"_s);

@@ -16,7 +16,7 @@ class URLOpener;
 
 /// The search screen: the criteria, and below them the candidates of the last answer, one row each. What the sidebar's
 /// search entry leads to. Lives on the UI thread; outlived by what it was given. A search that is under way when the
-/// screen goes reaches nobody.
+/// screen goes comes to its end, but reaches nobody.
 class SearchUIView : public QWidget {
     Q_OBJECT
 

@@ -8,6 +8,7 @@
 
 #include <QAction>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 
 namespace dorvantel::test {
@@ -81,6 +82,25 @@ TEST_F(ContentViewTest, AnswerThatArrivesAfterTheSearchScreenWasLeftReachesNobod
     ASSERT_TRUE(waitUntil([&] { return !screen; }));
     records.answerSearch(std::make_shared<IdentifiableSearchResponse>(SearchResponse{u"select"_s, {}}));
     EXPECT_NE(detail()->objectName(), u"search"_s);
+}
+
+TEST_F(ContentViewTest, SearchByDescriptionThatIsUnderWayWhenItsScreenIsLeftComesToItsEnd) {
+    loadThree();
+    click(0);
+    detail()->findChild<QPlainTextEdit*>(u"freeText"_s)->setPlainText(u"contable"_s);
+    for (int press = 0; press < 2; ++press) {
+        QTest::mouseClick(detail()->findChild<QPushButton*>(u"searchButton"_s), Qt::LeftButton);
+    }
+    const QPointer<QWidget> screen = detail();
+    click(row(0));
+    ASSERT_TRUE(waitUntil([&] { return !screen; }));
+    CapturedOutput output;
+    models.answerEmbedding(0, std::unexpected(OllamaError::emptyResponse()));
+    models.answerEmbedding(1, QList<double>{1});
+    ASSERT_TRUE(waitUntil([&] { return records.calls().last().startsWith(u"search select "_s); }));
+    records.answerSearch(std::unexpected(APIError::responseProblem));
+    EXPECT_EQ(output.lines(), (QStringList{u"❌ Error generating embedding: Respuesta vacía del modelo"_s,
+                                           u"Failure! No records returned"_s}));
 }
 
 TEST_F(ContentViewTest, SelectedCandidateIsShownInDetail) {

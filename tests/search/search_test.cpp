@@ -15,6 +15,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace dorvantel {
 namespace {
 
@@ -32,6 +34,22 @@ Search::Results answerNamed(const QString& sql) {
     return std::make_shared<IdentifiableSearchResponse>(SearchResponse{sql, {}});
 }
 
+/// A model service whose calls end with an exception.
+class ThrowingModelService final : public ModelService {
+public:
+    QFuture<ModelResult<QString>> chat(const QList<OllamaChatMessage>&, const std::optional<QString>&,
+                                       const std::optional<double>&) override {
+        return {};
+    }
+    QFuture<ModelResult<QList<double>>> generateEmbedding(const QString&, const std::optional<QString>&) override {
+        QPromise<ModelResult<QList<double>>> promise;
+        promise.start();
+        promise.setException(std::make_exception_ptr(std::runtime_error("no memory left")));
+        promise.finish();
+        return promise.future();
+    }
+};
+
 class SearchTest : public testing::Test {
 protected:
     void waitForSearches(qsizetype count) {
@@ -46,7 +64,8 @@ protected:
 
     FakeRecordsService records;
     FakeModelService models;
-    std::unique_ptr<Search> search = std::make_unique<Search>(records, models);
+    std::unique_ptr<QObject> application = std::make_unique<QObject>();
+    std::unique_ptr<Search> search = std::make_unique<Search>(records, models, *application);
     QSignalSpy changed{search.get(), &Search::resultsChanged};
 };
 
@@ -211,20 +230,57 @@ TEST_F(SearchTest, SemanticSearchesRunAtOnceAndEndInAnyOrder) {
     EXPECT_TRUE(records.calls()[1].contains(u"'[1.0]'"_s));
 }
 
-TEST_F(SearchTest, AnswersThatComeAfterItIsGoneReachNobody) {
+TEST_F(SearchTest, ExceptionInsteadOfAnEmbeddingIsLoggedAndEndsTheSearch) {
+    ThrowingModelService throwing;
+    Search other(records, throwing, *application);
+    CapturedOutput output;
+    other.start({.freeTextSearchString = u"x"_s});
+    EXPECT_TRUE(other.isUnderWay());
+    ASSERT_TRUE(waitUntil([&] { return !other.isUnderWay(); }));
+    EXPECT_EQ(output.text(), u"❌ Error generating embedding: no memory left\n"_s);
+    EXPECT_EQ(records.calls(), QStringList());
+}
+
+TEST_F(SearchTest, SearchesUnderWayComeToTheirEndWhenItIsGoneAndReachNobody) {
     search->start({});
     search->start({});
     waitForSearches(2);
     search->start({.freeTextSearchString = u"x"_s});
-    search->start({});
+    search->start({.genderRequired = Gender::male});
     search.reset();
     CapturedOutput output;
     records.answerSearch(answerNamed(u"late"_s));
     records.answerSearch(std::unexpected(APIError::responseProblem));
+    EXPECT_EQ(output.text(), u"Failure! No records returned\n"_s);
+
+    models.answerEmbedding(0, QList<double>{0.5});
+    waitForSearches(4);
+    EXPECT_EQ(records.calls().sliced(2),
+              (QStringList{u"search "_s + structuredStatement({u"jsonCVData::gender = '\"Masculino\"'"_s}),
+                           u"search "_s + semanticStatement(std::array{0.5}, {})}));
+    EXPECT_EQ(changed.size(), 0);
+}
+
+TEST_F(SearchTest, EmbeddingThatFailsWhenItIsGoneIsStillLogged) {
+    search->start({.freeTextSearchString = u"x"_s});
+    search.reset();
+    CapturedOutput output;
+    models.answerEmbedding(0, std::unexpected(OllamaError::emptyResponse()));
+    runQueue();
+    EXPECT_EQ(output.text(), u"❌ Error generating embedding: Respuesta vacía del modelo\n"_s);
+    EXPECT_EQ(records.calls(), QStringList());
+}
+
+TEST_F(SearchTest, WhatHasNotBeenSentIsGivenUpWithTheApplication) {
+    search->start({});
+    search->start({.freeTextSearchString = u"x"_s});
+    search.reset();
+    application.reset();
+    CapturedOutput output;
     models.answerEmbedding(0, QList<double>{1});
     runQueue();
-    EXPECT_EQ(output.text(), u"Failure! No records returned\n"_s);
-    EXPECT_EQ(records.calls().size(), 2);
+    EXPECT_EQ(output.text(), QString());
+    EXPECT_EQ(records.calls(), QStringList());
 }
 
 } // namespace

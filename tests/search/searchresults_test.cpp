@@ -56,6 +56,14 @@ TEST_F(SearchUIViewTest, EmptyAnswerShowsAnEmptyArea) {
     EXPECT_EQ(list()->verticalScrollBar()->maximum(), 0);
 }
 
+TEST_F(SearchUIViewTest, MoreResultsThanThereIsRoomForAreScrolledWithABarThatIsSeen) {
+    showAnswer(100);
+    screen->grab();
+    EXPECT_TRUE(list()->verticalScrollBar()->isVisible());
+    EXPECT_GT(list()->verticalScrollBar()->maximum(), 0);
+    EXPECT_FALSE(list()->horizontalScrollBar()->isVisible());
+}
+
 TEST_F(SearchUIViewTest, RowsStandInTheOrderReceivedAndAlternate) {
     showAnswer(5);
     for (qsizetype i = 0; i < 5; ++i) {
@@ -81,7 +89,7 @@ TEST_F(SearchUIViewTest, AnswerThatArrivesAfterClearingIsShown) {
     EXPECT_EQ(list()->count(), 2);
 }
 
-TEST_F(SearchUIViewTest, ScreenThatWasLeftSurvivesEveryAnswer) {
+TEST_F(SearchUIViewTest, ScreenThatWasLeftSurvivesEveryAnswerAndItsSearchesComeToTheirEnd) {
     showAnswer(3);
     QTest::mouseClick(row(0)->findChild<QPushButton*>(u"cv"_s), Qt::LeftButton);
     search();
@@ -91,10 +99,11 @@ TEST_F(SearchUIViewTest, ScreenThatWasLeftSurvivesEveryAnswer) {
     records.answerSearch(answerOf(1));
     records.answerFetchPDF(QByteArray("%PDF"));
     models.answerEmbedding(0, QList<double>{1});
-    bool done = false;
-    QMetaObject::invokeMethod(qApp, [&done] { done = true; }, Qt::QueuedConnection);
-    ASSERT_TRUE(waitUntil([&] { return done; }));
-    EXPECT_EQ(searches().size(), 2);
+    ASSERT_TRUE(waitUntil([&] { return searches().size() == 3; }));
+    EXPECT_EQ(searches().last(), semanticStatement(std::array{1.0}, {}));
+    CapturedOutput output;
+    records.answerSearch(std::unexpected(APIError::responseProblem));
+    EXPECT_EQ(output.text(), u"Failure! No records returned\n"_s);
 }
 
 TEST_F(SearchUIViewTest, KeyboardAloneRunsAStructuredSearch) {
