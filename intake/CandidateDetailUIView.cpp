@@ -24,14 +24,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-template <std::size_t Count>
-SegmentedControl* makeTags(const std::array<CandidateTab, Count>& tabs, const QString& objectName,
+SegmentedControl* makeTags(std::span<const CandidateTab> tabs, const QString& objectName,
                            const QString& accessibleName) {
-    QStringList labels;
-    for (const CandidateTab& tab : tabs) {
-        labels.append(tab.label.toString());
-    }
-    auto* tags = new SegmentedControl(labels, accessibleName);
+    auto* tags = new SegmentedControl(tabLabels(tabs), accessibleName);
     tags->setObjectName(objectName);
     return tags;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "intake/Validation.h"
+#include "platform/PDFDocument.h"
 
 #include <QObject>
 
@@ -10,8 +11,6 @@
 #include <optional>
 
 namespace dorvantel {
-
-class PDFDocument;
 
 /// What intake is doing and what it found: the state that the main window owns, the pipeline fills and the validation
 /// sheet shows and edits. Lives on the UI thread.
@@ -26,7 +25,7 @@ public:
     SheetValues& editValues() { return m_values; } ///< for the sheet, the only one who edits
     void setValues(SheetValues values);            ///< a whole new extraction
 
-    /// The CV that the values were taken from; what OK stores with them.
+    /// The CV that the values were taken from; what OK stores with them. Empty at first, never null.
     const std::shared_ptr<PDFDocument>& pdfDocument() const { return m_pdfDocument; }
     void setPDFDocument(std::shared_ptr<PDFDocument> document) { m_pdfDocument = std::move(document); }
 
@@ -49,7 +48,7 @@ Q_SIGNALS:
 
 private:
     SheetValues m_values;
-    std::shared_ptr<PDFDocument> m_pdfDocument;
+    std::shared_ptr<PDFDocument> m_pdfDocument = std::make_shared<PDFDocument>();
     bool m_sheetIsShowing = false;
     bool m_dataExtracted = false;
     std::optional<QString> m_processingError;

@@ -103,12 +103,16 @@ QWidget* ValidationSheetView::makeDataView() {
     view->setObjectName(u"data"_s);
     auto* title = new QLabel(u"Validación de la información"_s);
     title->setFont(textFont(TextStyle::Title));
-    auto* picker = new SegmentedControl({u"Datos extraídos"_s, u"Datos generados"_s}, u"Página"_s);
+    auto* picker = new SegmentedControl(tabLabels(valuetypesTabs), u"Página"_s);
     picker->setObjectName(u"valuetype"_s);
     auto* pages = new QStackedWidget;
     pages->addWidget(new ExtractedPage(m_state, m_model));
     pages->addWidget(new GeneratedPage(m_state));
-    connect(picker, &SegmentedControl::currentIndexChanged, pages, &QStackedWidget::setCurrentIndex);
+    connect(picker, &SegmentedControl::currentIndexChanged, pages, [this, pages](int index) {
+        m_valuetype = static_cast<valuetypesTagTypes>(index);
+        pages->setCurrentIndex(index);
+    });
+    picker->setCurrentIndex(static_cast<int>(m_valuetype)); // what was looked at stays when other values come
 
     auto* cancel = new QPushButton(u"Cancel"_s);
     cancel->setObjectName(u"cancel"_s);
@@ -143,8 +147,8 @@ void ValidationSheetView::reject() {
 
 void ValidationSheetView::insertValidatedRecord() {
     std::optional<QByteArray> file;
-    if (const auto& document = m_state.pdfDocument(); document && !document->dataRepresentation().isEmpty()) {
-        file = document->dataRepresentation();
+    if (const QByteArray& bytes = m_state.pdfDocument()->dataRepresentation(); !bytes.isEmpty()) {
+        file = bytes;
     }
     const DBRecordPointer record = validatedRecord(m_state.values(), std::move(file));
     if (!record) {

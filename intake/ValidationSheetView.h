@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "intake/CandidateTabs.h"
+
 #include <QDialog>
 
 class QStackedWidget;
@@ -23,6 +25,9 @@ class ValidationSheetView : public QDialog {
 public:
     ValidationSheetView(IntakeState& state, Model& model, RecordsService& service, QWidget* parent);
 
+    /// The page that is shown, or will be.
+    valuetypesTagTypes valuetype() const { return m_valuetype; }
+
     /// What Escape and the close button do.
     void reject() override;
 
@@ -36,6 +41,7 @@ private:
     Model& m_model;
     RecordsService& m_service;
     QStackedWidget* m_content;
+    valuetypesTagTypes m_valuetype = valuetypesTagTypes::extracted;
 };
 
 } // namespace dorvantel

@@ -188,12 +188,20 @@ TEST_F(ContentViewTest, FailureShowsTheAlertOverTheSheetAndTheWindowIsUsableAfte
 }
 
 TEST_F(ContentViewTest, SecondCVGetsANewSheetOnItsFirstPage) {
+    const auto picker = [this] { return sheet()->findChild<SegmentedControl*>(u"valuetype"_s); };
     drop({file(u"cv.pdf"_s, "bytes")});
     ASSERT_TRUE(waitUntil([&] { return sheet() != nullptr; }));
+    window.intake().setDataExtracted(true);
+    picker()->setCurrentIndex(1);
+    const QPointer<QWidget> first = sheet();
     QTest::keyClick(sheet(), Qt::Key_Escape);
     EXPECT_FALSE(sheet());
     drop({file(u"cv.pdf"_s, "bytes")});
-    EXPECT_TRUE(waitUntil([&] { return sheet() != nullptr; }));
+    ASSERT_TRUE(waitUntil([&] { return sheet() != nullptr; }));
+    EXPECT_NE(sheet(), first);
+    EXPECT_FALSE(window.intake().dataExtracted());
+    window.intake().setDataExtracted(true);
+    EXPECT_EQ(picker()->currentIndex(), 0);
 }
 
 TEST_F(ContentViewTest, WindowMayCloseDuringARunningIntake) {

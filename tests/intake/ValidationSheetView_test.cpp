@@ -1,88 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "data/Model.h"
-#include "intake/IntakeState.h"
-#include "intake/ValidationSheetView.h"
-#include "platform/PDFDocument.h"
+#include "tests/intake/ValidationSheetFixture.h"
 #include "tests/support/CapturedOutput.h"
-#include "tests/support/FakeRecordsService.h"
-#include "tests/support/Typing.h"
 #include "tests/support/Wait.h"
 #include "ui/Figures.h"
-#include "ui/SegmentedControl.h"
-#include "ui/Symbols.h"
-#include "ui/TokenEditor.h"
-#include "ui/TokenField2.h"
 
 #include <QAccessible>
 #include <QApplication>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTest>
 
-#include <gtest/gtest.h>
-
-using namespace dorvantel;
-using namespace dorvantel::test;
-using namespace Qt::StringLiterals;
-
-namespace {
-
-SheetValues completeValues() {
-    return {.gender = u"Femenino"_s,
-            .name = u"Ana Ruiz"_s,
-            .profession = u"Contable"_s,
-            .email = u"ana@example.com"_s,
-            .invitationMail = u"Estimada Sra. Ruiz"_s,
-            .summarizedText = u"Lleva cuentas."_s,
-            .techSkills = {{u"Excel"_s}, {u"Sage"_s}},
-            .softSkills = {{u"Trabajo en equipo"_s}, {}},
-            .languages = {{u"Inglés"_s}, {u"Catalán"_s}}};
-}
-
-DBRecordPointer candidateWithTechSkills(const QStringList& techSkills) {
-    auto record = std::make_shared<DBRecordRepresentation>();
-    record->jsonCVData.techSkills = techSkills;
-    return record;
-}
-
-class ValidationSheetTest : public testing::Test {
-protected:
-    void SetUp() override {
-        state.setPDFDocument(std::make_shared<PDFDocument>(QByteArray("pdf"), QStringList{u"x"_s}));
-        state.setSheetIsShowing(true);
-        sheet.show();
-    }
-
-    void extract(SheetValues values = completeValues()) {
-        state.setValues(std::move(values));
-        state.setDataExtracted(true);
-    }
-
-    template <typename Widget>
-    Widget* find(const QString& name) {
-        return sheet.findChild<Widget*>(name);
-    }
-    QLineEdit* field(const QString& name) { return find<QLineEdit>(name); }
-    void type(const QString& name, const QString& text) {
-        field(name)->selectAll();
-        QTest::keyClick(field(name), Qt::Key_Delete);
-        typeText(*field(name), text);
-    }
-    static QLineEdit* input(TokenField2& tokens) { return tokens.tokenField()->findChild<QLineEdit*>(); }
-    bool warns(const QString& name) { return find<SymbolView>(name + u"Warning"_s)->isShown(); }
-    void press(const QString& name) { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
-
-    FakeRecordsService records;
-    Model model{records};
-    IntakeState state;
-    ValidationSheetView sheet{state, model, records, nullptr};
-};
-
-} // namespace
+namespace dorvantel::test {
 
 TEST_F(ValidationSheetTest, ShowsTheProgressViewWithoutButtonsUntilDataIsExtracted) {
     EXPECT_TRUE(find<QWidget>(u"progress"_s)->isVisible());
@@ -135,11 +61,16 @@ TEST_F(ValidationSheetTest, ReturnInAFieldStoresNothing) {
 TEST_F(ValidationSheetTest, ShowsTheExtractedValues) {
     extract();
     EXPECT_EQ(field(u"name"_s)->text(), u"Ana Ruiz"_s);
+    EXPECT_EQ(field(u"profession"_s)->text(), u"Contable"_s);
+    EXPECT_EQ(field(u"email"_s)->text(), u"ana@example.com"_s);
     EXPECT_EQ(field(u"name"_s)->placeholderText(), u"Nombre…"_s);
     EXPECT_EQ(field(u"profession"_s)->placeholderText(), u"Profesión…"_s);
     EXPECT_EQ(field(u"email"_s)->placeholderText(), u"Correo electrónico…"_s);
     EXPECT_EQ(find<TokenField2>(u"techSkills"_s)->tokens(), (QStringList{u"Excel"_s}));
     EXPECT_EQ(find<TokenField2>(u"techSkills2"_s)->tokens(), (QStringList{u"Sage"_s}));
+    EXPECT_EQ(find<TokenField2>(u"softSkills"_s)->tokens(), (QStringList{u"Trabajo en equipo"_s}));
+    EXPECT_EQ(find<TokenField2>(u"softSkills2"_s)->tokens(), QStringList());
+    EXPECT_EQ(find<TokenField2>(u"languages"_s)->tokens(), (QStringList{u"Inglés"_s}));
     EXPECT_EQ(find<TokenField2>(u"languages2"_s)->tokens(), (QStringList{u"Catalán"_s}));
     EXPECT_EQ(find<QPlainTextEdit>(u"summarizedText"_s)->toPlainText(), u"Lleva cuentas."_s);
     EXPECT_EQ(find<QPlainTextEdit>(u"invitationMail"_s)->toPlainText(), u"Estimada Sra. Ruiz"_s);
@@ -237,6 +168,21 @@ TEST_F(ValidationSheetTest, OKMakesNewValuesCatalogueValues) {
     EXPECT_EQ(model.languagesDictionary().value(u"catalán"_s), u"Catalán"_s);
 }
 
+TEST_F(ValidationSheetTest, OKClosesTheSheetThenListsTheRecordThenRebuildsTheCataloguesThenSends) {
+    extract();
+    QStringList steps;
+    const auto note = [&steps, this](const QString& step) {
+        steps.append(step + (records.inserted().empty() ? QString() : u" after sending"_s));
+    };
+    QObject::connect(&state, &IntakeState::sheetIsShowingChanged, &model, [note] { note(u"closed"_s); });
+    QObject::connect(&state, &IntakeState::dataExtractedChanged, &model, [note] { note(u"reset"_s); });
+    QObject::connect(&model, &Model::recordsAppended, &model, [note] { note(u"listed"_s); });
+    QObject::connect(&model, &Model::cataloguesRebuilt, &model, [note] { note(u"rebuilt"_s); });
+    press(u"ok"_s);
+    EXPECT_EQ(steps, (QStringList{u"closed"_s, u"reset"_s, u"listed"_s, u"rebuilt"_s}));
+    EXPECT_EQ(records.inserted().size(), 1U);
+}
+
 TEST_F(ValidationSheetTest, OKWithASummaryOfBlanksDoesNothing) {
     SheetValues values = completeValues();
     values.summarizedText = u" \n "_s;
@@ -281,13 +227,33 @@ TEST_F(ValidationSheetTest, DocumentWithoutBytesGivesARecordWithoutFileThatIsSti
     EXPECT_EQ(records.inserted()[0].file, std::nullopt);
 }
 
-TEST_F(ValidationSheetTest, ValueTypedOutsideTheCatalogueIsNotAdded) {
+TEST_F(ValidationSheetTest, FieldsOutsideTheCatalogueTakeNothingThatIsTyped) {
     extract();
-    auto* outside = find<TokenField2>(u"techSkills2"_s);
-    typeText(*input(*outside), u"Python,"_s);
-    EXPECT_EQ(outside->tokens(), (QStringList{u"Sage"_s}));
-    EXPECT_EQ(outside->tokenField()->objectValue(), (TokenObjects{u"Sage"_s}));
+    for (const auto& [name, before] : std::initializer_list<std::pair<QString, QStringList>>{
+             {u"techSkills2"_s, {u"Sage"_s}}, {u"softSkills2"_s, {}}, {u"languages2"_s, {u"Catalán"_s}}}) {
+        auto* outside = find<TokenField2>(name);
+        typeText(*input(*outside), u"Python,"_s);
+        EXPECT_EQ(outside->tokens(), before);
+        EXPECT_EQ(outside->tokenField()->chips().size(), static_cast<std::size_t>(before.size()));
+    }
     EXPECT_EQ(state.values(), completeValues());
+}
+
+TEST_F(ValidationSheetTest, FieldsOfTheCatalogueTakeItsValuesInItsSpellingAndNoOthers) {
+    auto record = candidateWithTechSkills({u"SAP"_s});
+    record->jsonCVData.softSkills = {u"Liderazgo"_s};
+    record->jsonCVData.languages = {u"Alemán"_s};
+    model.appendRecord(record);
+    model.rebuildCatalogues();
+    extract();
+    for (const QString& name : {u"techSkills"_s, u"softSkills"_s, u"languages"_s}) {
+        for (const QString& typed : {u"sap,"_s, u"LIDERAZGO,"_s, u"alemán,"_s, u"Cobol,"_s}) {
+            typeText(*input(*find<TokenField2>(name)), typed);
+        }
+    }
+    EXPECT_EQ(state.values().techSkills.known, (QStringList{u"Excel"_s, u"SAP"_s}));
+    EXPECT_EQ(state.values().softSkills.known, (QStringList{u"Trabajo en equipo"_s, u"Liderazgo"_s}));
+    EXPECT_EQ(state.values().languages.known, (QStringList{u"Inglés"_s, u"Alemán"_s}));
 }
 
 TEST_F(ValidationSheetTest, TokenOutsideTheCatalogueCanBeDeleted) {
@@ -365,3 +331,5 @@ TEST_F(ValidationSheetTest, NewExtractionReplacesWhatIsShown) {
     extract(other);
     EXPECT_TRUE(waitUntil([&] { return field(u"name"_s)->text() == u"Otra Persona"_s; }));
 }
+
+} // namespace dorvantel::test
