@@ -20,6 +20,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QStackedWidget>
 #include <QTest>
 
 #include <gtest/gtest.h>

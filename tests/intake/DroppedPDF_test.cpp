@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "intake/DroppedPDF.h"
+#include "tests/support/CapturedOutput.h"
+#include "tests/support/Print.h"
 #include "tests/support/Wait.h"
 
 #include <QCoreApplication>
@@ -8,6 +10,7 @@
 #include <QFile>
 #include <QMimeData>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QThreadPool>
 #include <QUrl>
 
@@ -118,6 +121,15 @@ TEST_F(DroppedPDFTest, BytesOfTheFileArrive) {
     EXPECT_EQ(*received, "bytes");
 }
 
+TEST_F(DroppedPDFTest, BytesArriveLaterAndOnTheThreadOfWhoeverReceivesThem) {
+    const QThread* thread = nullptr;
+    loadBytes({file(u"cv.pdf"_s, "bytes"), {}}, qApp, [&](const QByteArray&) { thread = QThread::currentThread(); });
+    QThreadPool::globalInstance()->waitForDone();
+    EXPECT_FALSE(thread) << "it has been read, but nothing is handed over from inside the call";
+    ASSERT_TRUE(waitUntil([&] { return thread != nullptr; }));
+    EXPECT_EQ(thread, qApp->thread());
+}
+
 TEST_F(DroppedPDFTest, EmptyFileArrivesAsNoBytes) {
     std::optional<QByteArray> received;
     loadBytes({file(u"cv.pdf"_s, ""), {}}, qApp, [&](const QByteArray& bytes) { received = bytes; });
@@ -126,6 +138,7 @@ TEST_F(DroppedPDFTest, EmptyFileArrivesAsNoBytes) {
 }
 
 TEST_F(DroppedPDFTest, FileThatCannotBeReadIsSilentlyIgnored) {
+    CapturedOutput output;
     bool called = false;
     loadBytes({folder.filePath(u"gone.pdf"_s), {}}, qApp, [&](const QByteArray&) { called = true; });
     QThreadPool::globalInstance()->waitForDone();
@@ -133,4 +146,5 @@ TEST_F(DroppedPDFTest, FileThatCannotBeReadIsSilentlyIgnored) {
     loadBytes({file(u"cv.pdf"_s, "x"), {}}, qApp, [&](const QByteArray&) { later = true; });
     ASSERT_TRUE(waitUntil([&] { return later; }));
     EXPECT_FALSE(called);
+    EXPECT_EQ(output.text(), QString());
 }

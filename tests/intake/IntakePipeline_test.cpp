@@ -51,6 +51,15 @@ protected:
         model.rebuildCatalogues();
     }
 
+    /// There is data on the sheet, of an earlier CV.
+    void fillSheet() {
+        SheetValues earlier;
+        earlier.name = u"Earlier"_s;
+        state.setValues(earlier);
+        state.setSheetIsShowing(true);
+        state.setDataExtracted(true);
+    }
+
     /// Drops a CV and answers its opening with one page of `text`.
     void dropCV(const QByteArray& bytes, const QString& text) {
         pipeline.processDroppedPDF(bytes);
@@ -111,6 +120,25 @@ TEST_F(IntakePipelineTest, AsksForTheDataThenForTheMailAndFillsTheValues) {
     EXPECT_EQ(output.lines(), (QStringList{u"Data extraction response (valid JSON): "_s + extraction}));
 }
 
+TEST_F(IntakePipelineTest, DataIsFlaggedAsReadyWhenValuesAndPDFAreThere) {
+    dropCV("pdf", u"x"_s);
+    SheetValues ready;
+    QByteArray pdf;
+    QObject::connect(&state, &IntakeState::dataExtractedChanged, &state, [&] {
+        ready = state.values();
+        pdf = pdfOfState();
+    });
+    CapturedOutput output;
+    answer(0, extraction);
+    ASSERT_TRUE(waitForCalls(2));
+    answer(1, mail);
+    ASSERT_TRUE(waitForData());
+    EXPECT_EQ(ready.name, u"Ana Ruiz"_s);
+    EXPECT_EQ(ready.gender, u"Femenino"_s);
+    EXPECT_EQ(ready.languages.unknown, (QStringList{u"Inglés"_s, u"Catalán"_s}));
+    EXPECT_EQ(pdf, "pdf");
+}
+
 TEST_F(IntakePipelineTest, MailThatMentionsEstimadoAnywhereGivesMasculino) {
     dropCV("pdf", u"x"_s);
     CapturedOutput output;
@@ -130,6 +158,15 @@ TEST_F(IntakePipelineTest, PDFThatDoesNotOpenShowsTheProgressViewAndAsksNothing)
     EXPECT_FALSE(state.processingError());
     EXPECT_TRUE(models.chatCalls().isEmpty());
     EXPECT_EQ(output.text(), QString());
+}
+
+TEST_F(IntakePipelineTest, PDFThatDoesNotOpenLeavesDataThatIsThere) {
+    fillSheet();
+    pipeline.processDroppedPDF("not a PDF");
+    pdfs.fail(0);
+    EXPECT_TRUE(state.dataExtracted());
+    EXPECT_EQ(state.values().name, u"Earlier"_s);
+    EXPECT_EQ(state.pdfDocument()->pageCount(), 0);
 }
 
 TEST_F(IntakePipelineTest, PDFWithoutTextIsSentWithAnEmptyText) {
@@ -167,7 +204,27 @@ TEST_F(IntakePipelineTest, FailingSecondCallChangesNoValue) {
     EXPECT_FALSE(state.dataExtracted());
 }
 
+TEST_F(IntakePipelineTest, FailureIsLoggedThenShownAndThenThereIsNoDataAnyMore) {
+    dropCV("pdf", u"x"_s);
+    fillSheet();
+    CapturedOutput output;
+    QString logged;
+    std::optional<bool> dataWhenShown;
+    QObject::connect(&state, &IntakeState::processingErrorChanged, &state, [&] {
+        logged = output.text();
+        dataWhenShown = state.dataExtracted();
+    });
+    models.answerChat(0, std::unexpected(OllamaError::emptyResponse()));
+    ASSERT_TRUE(waitUntil([&] { return dataWhenShown.has_value(); }));
+    EXPECT_EQ(logged, u"Ollama Error: Respuesta vacía del modelo\n"_s);
+    EXPECT_EQ(dataWhenShown, true);
+    EXPECT_FALSE(state.dataExtracted());
+    EXPECT_EQ(state.values().name, u"Earlier"_s);
+    EXPECT_TRUE(state.sheetIsShowing());
+}
+
 TEST_F(IntakePipelineTest, AnyOtherFailureIsAGeneralError) {
+    fillSheet();
     ThrowingModelService throwing;
     IntakePipeline other(state, model, throwing, pdfs);
     CapturedOutput output;
@@ -176,6 +233,9 @@ TEST_F(IntakePipelineTest, AnyOtherFailureIsAGeneralError) {
     ASSERT_TRUE(waitUntil([&] { return state.processingError().has_value(); }));
     EXPECT_EQ(*state.processingError(), u"Error procesando el currículum: no memory left"_s);
     EXPECT_EQ(output.text(), u"General error: no memory left\n"_s);
+    EXPECT_FALSE(state.dataExtracted());
+    EXPECT_TRUE(state.sheetIsShowing());
+    EXPECT_EQ(state.values().name, u"Earlier"_s);
 }
 
 TEST_F(IntakePipelineTest, LeavingTheSheetWhileThePDFOpensGivesTheOpeningUp) {

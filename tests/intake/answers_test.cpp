@@ -57,6 +57,12 @@ TEST(ParseExtractionAnswer, LoggedTextIsTheTrimmedOne) {
     EXPECT_EQ(parsed(u"\n\n "_s + complete + u"\r\n"_s, {validLine + complete}), completeFields());
 }
 
+TEST(ParseExtractionAnswer, LineBreaksInsideTheAnswerAreLoggedAsTheyAre) {
+    CapturedOutput output;
+    parseExtractionAnswer(u"{\n  \"name\": \"Ana\"\n}\n"_s);
+    EXPECT_EQ(output.text(), validLine + u"{\n  \"name\": \"Ana\"\n}\n"_s);
+}
+
 TEST(ParseExtractionAnswer, FencedAnswerIsReadWithoutAnyLine) {
     EXPECT_EQ(parsed(u"```json\n"_s + complete + u"\n```"_s, {}), completeFields());
 }

@@ -37,6 +37,17 @@ TEST_F(CandidateDetailTexts, TextsCanBeSelectedAndCopiedButNotEdited) {
     EXPECT_TRUE(textView()->textInteractionFlags() & Qt::TextSelectableByMouse);
 }
 
+TEST_F(CandidateDetailTexts, StoredDataCanBeSelectedAndCopied) {
+    showLoaded({u"Ana"_s});
+    chooseMain(mainTagTypes::extraer);
+    choose(u"extractTagType"_s, 1);
+    textView()->setFocus();
+    QTest::keyClick(textView(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(textView(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), text());
+    EXPECT_TRUE(text().contains(u"\"gender\": \"Femenino\""_s));
+}
+
 TEST_F(CandidateDetailTexts, KeyboardReadsATextFromItsBeginning) {
     showLoaded({u"línea\n"_s.repeated(500)});
     chooseMain(mainTagTypes::text);

@@ -21,6 +21,22 @@ TEST_F(CandidateDetail, StartsOnPDFAndPromptWithTheTabsInOrder) {
     EXPECT_EQ(labels(view->findChild<SegmentedControl*>(u"correoTagType"_s)), (QStringList{u"Prompt"_s, u"JSON"_s}));
 }
 
+TEST_F(CandidateDetail, TabsStandInTheMiddleWithFourPointsAboveAndBelow) {
+    showLoaded({u"Ana"_s});
+    for (const auto& [name, tab] :
+         std::initializer_list<std::pair<QString, mainTagTypes>>{{u"mainTagType"_s, mainTagTypes::pdf},
+                                                                 {u"extractTagType"_s, mainTagTypes::extraer},
+                                                                 {u"correoTagType"_s, mainTagTypes::correo}}) {
+        chooseMain(tab);
+        const auto* tags = view->findChild<SegmentedControl*>(name);
+        const QWidget* page = tags->parentWidget()->findChild<QStackedWidget*>({}, Qt::FindDirectChildrenOnly);
+        EXPECT_EQ(tags->y(), 4);
+        EXPECT_EQ(page->y() - tags->geometry().bottom() - 1, 4);
+        EXPECT_NEAR(tags->geometry().center().x(), view->width() / 2, 1);
+        EXPECT_EQ(page->geometry().bottom(), tags->parentWidget()->rect().bottom());
+    }
+}
+
 TEST_F(CandidateDetail, IsNotLoadedBeforeItIsShown) {
     view = std::make_unique<CandidateDetailUIView>(record, records, opener);
     EXPECT_EQ(records.calls(), QStringList());
@@ -75,6 +91,7 @@ TEST_F(CandidateDetail, PDFThatCannotBeHadIsSaidOnEveryTabAndLogged) {
     EXPECT_FALSE(view->isLoadingPDF());
     EXPECT_FALSE(view->pdfText());
     EXPECT_EQ(notice(), u"PDF no disponible"_s);
+    EXPECT_EQ(visible<QLabel>()->font(), textFont(TextStyle::Headline));
     EXPECT_EQ(noticeColour(), QColor(colours::secondaryText));
     ASSERT_TRUE(visible<SymbolView>());
     EXPECT_TRUE(looksLike(*visible<SymbolView>(), u"doc.text.fill"_s, 60));

@@ -3,6 +3,7 @@
 #include "intake/CandidateTexts.h"
 
 #include "data/DBRecordRepresentation.h"
+#include "intake/Prompts.h"
 #include "tests/support/Print.h"
 
 #include <gtest/gtest.h>
@@ -44,7 +45,7 @@ TEST(ShownExtractionPrompt, RetellsThePromptWithoutTheTechnicalSkills) {
               "Idiomas que habla el candidato (exclusivamente los idiomas, sin el nivel de dominio)\n"
               "Esta información la debes entregar en formato JSON. Este es un ejemplo generado con otro curriculum "
               "para que uses el mismo formato:\n\n"_s);
-    EXPECT_TRUE(runs[4].text.startsWith(u"{\"name\":\"Lucía Ferrer Campos\","_s));
+    EXPECT_EQ(runs[4].text, prompts::example);
     EXPECT_FALSE(plain(runs).contains(u"Habilidades técnicas"_s));
 }
 
@@ -62,9 +63,7 @@ TEST(ShownMailPrompt, IsIntroCVAndRequest) {
     ASSERT_EQ(runs.size(), 3U);
     EXPECT_EQ(runs[0], (TextRun{intro + u"\n"_s, Look::Bold}));
     EXPECT_EQ(runs[1], (TextRun{u"Ana\n"_s, Look::Plain}));
-    EXPECT_EQ(runs[2].look, Look::Bold);
-    EXPECT_TRUE(runs[2].text.startsWith(u"Quiero que generes un texto agradeciéndole"_s));
-    EXPECT_TRUE(runs[2].text.endsWith(u"\"Marta Salinas, Senior Recruiter, Ostrel de México\"."_s));
+    EXPECT_EQ(runs[2], (TextRun{prompts::mailRequest.toString(), Look::Bold}));
 }
 
 TEST(ShownMailPrompt, WithoutCVSaysSoInTheSecondaryColour) {

@@ -376,10 +376,14 @@ TEST(PDFPreviewSheet, HasItsTitleItsSizeAndAButtonThatClosesIt) {
     PDFPreviewSheet sheet(std::make_shared<PDFDocument>(), pdfs, nullptr);
     EXPECT_GE(sheet.minimumWidth(), 600);
     EXPECT_GE(sheet.minimumHeight(), 700);
-    EXPECT_EQ(sheet.findChild<QLabel*>()->text(), u"Vista previa del CV"_s);
+    const auto* title = sheet.findChild<QLabel*>();
+    EXPECT_EQ(title->text(), u"Vista previa del CV"_s);
+    EXPECT_EQ(title->font(), textFont(TextStyle::Headline));
     sheet.open();
     ASSERT_TRUE(sheet.isVisible());
     auto* close = sheet.findChild<QPushButton*>(u"close"_s);
+    EXPECT_LT(title->geometry().right(), close->x());
+    EXPECT_LT(close->geometry().bottom(), sheet.findChild<PDFKitView*>()->y());
     EXPECT_EQ(close->text(), u"Cerrar"_s);
     QTest::mouseClick(close, Qt::LeftButton);
     EXPECT_FALSE(sheet.isVisible());

@@ -138,6 +138,43 @@ TEST_F(SearchUIViewTest, FontsAndSizesAreThoseOfItsParts) {
     }
 }
 
+TEST_F(SearchUIViewTest, TitleCriteriaAndResultsStandInTheMiddleOneBelowTheOther) {
+    showAnswer(3);
+    ASSERT_TRUE(waitUntil([&] { return list()->height() >= 150; }));
+    const auto* panel = screen->findChild<CriteriaPanel*>();
+    const QLabel* title = nullptr;
+    for (const QLabel* label : screen->findChildren<QLabel*>()) {
+        title = label->text() == u"Búsqueda"_s ? label : title;
+    }
+    int bottom = 0;
+    for (const QWidget* part : {static_cast<const QWidget*>(title), static_cast<const QWidget*>(panel),
+                                static_cast<const QWidget*>(list())}) {
+        const QRect place(part->mapTo(screen.get(), QPoint()), part->size());
+        EXPECT_NEAR(place.center().x(), screen->rect().center().x(), 1);
+        EXPECT_GT(place.left(), 0);
+        EXPECT_GT(place.top(), bottom);
+        bottom = place.bottom();
+    }
+}
+
+TEST_F(SearchUIViewTest, GenderIsOneChoiceOutOfThreeAndIndistintoAtFirst) {
+    const QStringList names = {u"female"_s, u"male"_s, u"any"_s};
+    const auto chosen = [&] {
+        QStringList checked;
+        for (const QString& name : names) {
+            if (part<QRadioButton>(name)->isChecked()) {
+                checked.append(name);
+            }
+        }
+        return checked;
+    };
+    EXPECT_EQ(chosen(), QStringList{u"any"_s});
+    for (const QString& name : names) {
+        part<QRadioButton>(name)->click();
+        EXPECT_EQ(chosen(), QStringList{name});
+    }
+}
+
 TEST_F(SearchUIViewTest, CriteriaStandOnGreyOfATenthOverWhite) {
     const auto* panel = screen->findChild<CriteriaPanel*>();
     const QImage image = screen->grab().toImage();
