@@ -117,6 +117,8 @@ TEST_F(IntakePipelineTest, AsksForTheDataThenForTheMailAndFillsTheValues) {
                                   .languages = {{u"Inglés"_s}, {u"Catalán"_s}}};
     EXPECT_EQ(state.values(), expected);
     EXPECT_EQ(pdfOfState(), "pdf");
+    EXPECT_EQ(models.chatCalls().size(), 2);
+    EXPECT_TRUE(models.embeddingCalls().isEmpty());
     EXPECT_EQ(output.lines(), (QStringList{u"Data extraction response (valid JSON): "_s + extraction}));
 }
 

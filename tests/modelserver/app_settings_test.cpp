@@ -104,10 +104,13 @@ TEST_F(AppSettingsTest, EmptyTextIsAValueAndStaysOne) {
     EXPECT_EQ(nextStart.selectedLLMModel(), u""_s);
 }
 
-TEST_F(AppSettingsTest, LoadingLeavesTheFileAsItWas) {
+TEST_F(AppSettingsTest, LoadingAndEndingLeaveTheFileAsItWas) {
     const QByteArray before = "[General]\nselectedEmbeddingModel=bge-m3:latest\nselectedLLMModel=llama3.2:3b\n";
     writeFile(before);
-    const AppSettings settings(store());
+    {
+        const AppSettings settings(store());
+        EXPECT_EQ(fileBytes(), before);
+    }
     EXPECT_EQ(fileBytes(), before);
 }
 
