@@ -85,7 +85,7 @@ const ResponseRules& insertRules() {
 }
 
 /// The candidates of a list answer, or the log lines about why there are none.
-std::expected<std::vector<DBRecordPointer>, QStringList> listedCandidates(const QByteArray& body) {
+std::expected<QueryResponse, QStringList> listedCandidates(const QByteArray& body) {
     auto candidates = decodeQueryResponse(body);
     if (!candidates) {
         return std::unexpected(decodingFailureLines(candidates.error(), body));
@@ -220,7 +220,7 @@ void APIRequest::deleteResume(const QString& key) {
 
 void APIRequest::search(const QString& sql, Completion<std::shared_ptr<IdentifiableSearchResponse>> completion) {
     const QUrl url = trustedUrl(m_baseUrl + u"/search"_s);
-    const std::optional<QByteArray> body = encodeSearchRequest(sql);
+    const std::optional<QByteArray> body = encodeSearchRequest({sql});
     if (!body) {
         logLine(u"Failure! No records returned"_s);
         return;

@@ -14,8 +14,6 @@ namespace dorvantel {
 
 namespace {
 
-using Candidates = std::vector<DBRecordPointer>;
-
 /// A random identity. The system's generator, which makes the seed, would take longer than decoding the record does.
 QUuid randomId(QRandomGenerator& random) {
     std::array<quint32, 4> bits{};
@@ -33,7 +31,7 @@ public:
     explicit ListReader(qsizetype bodySize)
         : m_shared(bodySize) {}
 
-    JsonFailure operator()(JsonCursor& cursor, Candidates& out) {
+    JsonFailure operator()(JsonCursor& cursor, QueryResponse& out) {
         return readArray(cursor, out, [this](JsonCursor& element, DBRecordPointer& candidate) {
             DBRecordResponse record;
             JsonFailure failure = readRecord(element, record);
@@ -73,9 +71,9 @@ DBRecordPointer makeRepresentation(DBRecordResponse record, const QUuid& id) {
     return candidate;
 }
 
-std::expected<Candidates, DecodeError> decodeQueryResponse(QByteArrayView body) {
+std::expected<QueryResponse, DecodeError> decodeQueryResponse(QByteArrayView body) {
     ListReader readList(body.size());
-    return decodeJson<Candidates>(body, [&readList](JsonCursor& cursor, Candidates& out) {
+    return decodeJson<QueryResponse>(body, [&readList](JsonCursor& cursor, QueryResponse& out) {
         return readObject(cursor, required("response", out, std::ref(readList)));
     });
 }

@@ -69,8 +69,8 @@ std::optional<QByteArray> encodeDBRecord(const DBRecord& record) {
         .take();
 }
 
-std::optional<QByteArray> encodeSearchRequest(const QString& sql) {
-    return JsonObjectWriter().add("sql", sql).take();
+std::optional<QByteArray> encodeSearchRequest(const SearchRequest& request) {
+    return JsonObjectWriter().add("sql", request.sql).take();
 }
 
 std::optional<QByteArray> encodeKey(const QString& key) {

@@ -33,14 +33,22 @@ struct DBRecordResponse {
 /// The candidate `id` that the rest of the program holds for a listed record, without a PDF.
 DBRecordPointer makeRepresentation(DBRecordResponse record, const QUuid& id);
 
+/// A list answer, `{"response": […]}`, as the candidates made of its records.
+using QueryResponse = std::vector<DBRecordPointer>;
+
 /// The answer of a PDF download.
 struct FileResponse {
     std::optional<QByteArray> file;
 };
 
-/// A list answer, `{"response": […]}`, as the candidates made of its records. Values that come back in many records
-/// (genders, professions, skills, languages) share their memory, and the other texts stand in few large blocks.
-std::expected<std::vector<DBRecordPointer>, DecodeError> decodeQueryResponse(QByteArrayView body);
+/// The body of a search.
+struct SearchRequest {
+    QString sql; ///< the whole statement
+};
+
+/// Values that come back in many records (genders, professions, skills, languages) share their memory, and the other
+/// texts stand in few large blocks.
+std::expected<QueryResponse, DecodeError> decodeQueryResponse(QByteArrayView body);
 
 std::expected<FileResponse, DecodeError> decodeFileResponse(QByteArrayView body);
 std::expected<SearchResponse, DecodeError> decodeSearchResponse(QByteArrayView body);
@@ -48,7 +56,7 @@ std::expected<DBRecord, DecodeError> decodeDBRecord(QByteArrayView body);
 
 /// The request bodies; none when a text has no UTF-8 form.
 std::optional<QByteArray> encodeDBRecord(const DBRecord& record);
-std::optional<QByteArray> encodeSearchRequest(const QString& sql);
+std::optional<QByteArray> encodeSearchRequest(const SearchRequest& request);
 std::optional<QByteArray> encodeKey(const QString& key);
 
 } // namespace dorvantel

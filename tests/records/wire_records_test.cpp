@@ -360,7 +360,7 @@ TEST(InsertRecord, AnswerWithAFileThatIsNotBase64IsDataCorrupted) {
 // Small request bodies
 
 TEST(RequestBodies, SearchRequestHasTheStatement) {
-    EXPECT_EQ(encodeSearchRequest(u"SELECT 'ñ' \"x\"\n"_s), R"({"sql":"SELECT 'ñ' \"x\"\n"})"_ba);
+    EXPECT_EQ(encodeSearchRequest({u"SELECT 'ñ' \"x\"\n"_s}), R"({"sql":"SELECT 'ñ' \"x\"\n"})"_ba);
 }
 
 TEST(RequestBodies, KeyIsAString) {
