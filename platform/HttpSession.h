@@ -51,8 +51,10 @@ public:
 };
 
 /// The session that the program uses: connections are shared by all its users, and redirects are followed unless a body
-/// would have to be sent again for them: a body is sent once, whatever happens. Nearly two hundred requests to one host
-/// are under way at once; only beyond that does one wait for another, with its time-out running.
+/// would have to be sent again for them: a body is sent once, whatever happens. A request without one is repeated when
+/// its connection closes before anything came, as one that was kept open for it may do at that moment. Nearly two
+/// hundred requests to one host are under way at once; only beyond that does one wait for another, with its time-out
+/// running.
 class NetworkHttpSession final : public HttpSession {
 public:
     NetworkHttpSession();

@@ -114,6 +114,19 @@ TEST_F(NetworkHttpSessionTest, ConnectionCutWithoutAnAnswerIsATransportError) {
     EXPECT_FALSE(outcome->has_value());
 }
 
+TEST_F(NetworkHttpSessionTest, RequestWithoutABodySurvivesAConnectionThatClosesBeforeTheAnswer) {
+    int received = 0;
+    ScriptedServer server([&received](const test::ScriptedRequest&) {
+        return ScriptedReply{.body = "here",
+                             .way = ++received == 1 ? ScriptedReply::Way::Cut : ScriptedReply::Way::Whole};
+    });
+    get(server.url());
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    ASSERT_TRUE(outcome->has_value());
+    EXPECT_EQ((*outcome)->body, "here");
+    EXPECT_EQ(received, 2);
+}
+
 TEST_F(NetworkHttpSessionTest, RequestWithABodyIsSentOnceEvenWhenTheConnectionIsCut) {
     ScriptedServer server(ScriptedReply{.way = ScriptedReply::Way::Cut});
     HttpRequest request;
