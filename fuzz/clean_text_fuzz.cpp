@@ -9,8 +9,7 @@ using namespace dorvantel::fuzz;
 
 /// The quick cleaning of a CV's text is the plain one over ICU, for every sequence of code units.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::u16string units(reinterpret_cast<const char16_t*>(data), size / sizeof(char16_t));
-    const QString text = QString::fromUtf16(units.data(), static_cast<qsizetype>(units.size()));
+    const QString text = unitsOf(data, size);
     require(cleanExtractedText(text) == test::plainlyCleanedText(text), "both ways of cleaning agree");
     return 0;
 }

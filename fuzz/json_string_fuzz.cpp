@@ -12,9 +12,7 @@ using namespace dorvantel::fuzz;
 
 /// A text that the client writes as a JSON string is the text that the service reads.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto* const units = reinterpret_cast<const char16_t*>(data);
-    const std::u16string copy(units, size / sizeof(char16_t));
-    const QString text = QString::fromUtf16(copy.data(), static_cast<qsizetype>(copy.size()));
+    const QString text = unitsOf(data, size);
     QByteArray written;
     const bool isWritten = appendJsonString(written, text);
     require(isWritten == text.isValidUtf16(), "every text with a UTF-8 form is written");

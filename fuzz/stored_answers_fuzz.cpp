@@ -1,34 +1,29 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
+#include "fuzz/Agreement.h"
 #include "fuzz/Fuzz.h"
+#include "records/Responses.h"
 #include "records/WireRecords.h"
-
-#include <nlohmann/json.hpp>
+#include "tests/records/PlainDecoder.h"
 
 using namespace dorvantel;
 using namespace dorvantel::fuzz;
 
-namespace {
-
-void requireJSON(bool isDecoded, std::string_view body) {
-    require(!isDecoded || nlohmann::json::accept(body), "what decodes is JSON");
-}
-
-} // namespace
-
-/// The answers of the records service, from whoever may stand in its place.
+/// The answers of the records service, from whoever may stand in its place: list, PDF, search and insert.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string_view body = textOf(data, size);
-    const QByteArray bytes(body.data(), static_cast<qsizetype>(body.size()));
-    const auto list = decodeQueryResponse(bytes);
-    requireJSON(list.has_value(), body);
+    const QByteArray body(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    const test::PlainDocument plain(body);
+    const auto isSame = [](const auto& a, const auto& b) { return test::isSame(a, b); };
+
+    const auto list = decodeQueryResponse(body);
+    requireAgreement(test::plainQueryResponse(plain), list, isSame);
     if (!list) {
-        require(!debugText(list.error()).isEmpty(), "an error has a text");
+        require(decodingFailureLines(list.error(), body).size() >= 2, "the log says why");
     }
-    requireJSON(decodeFileResponse(bytes).has_value(), body);
-    requireJSON(decodeSearchResponse(bytes).has_value(), body);
-    const auto record = decodeDBRecord(bytes);
-    requireJSON(record.has_value(), body);
+    requireAgreement(test::plainFileResponse(plain), decodeFileResponse(body), isSame);
+    requireAgreement(test::plainSearchResponse(plain), decodeSearchResponse(body), isSame);
+    const auto record = decodeDBRecord(body);
+    requireAgreement(test::plainDBRecord(plain), record, isSame);
     if (record) {
         const auto written = encodeDBRecord(*record);
         require(written.has_value(), "a record that was read can be written");

@@ -18,21 +18,12 @@ namespace {
 
 using OrderedJson = nlohmann::ordered_json;
 
-/// The number that `digits` write, all of them.
-template <typename Number>
-bool parse(std::string_view digits, Number& out) {
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), out);
-    return error == std::errc() && end == digits.data() + digits.size();
-}
-
 JsonFailure readNumber(JsonCursor& cursor, double& out) {
     if (JsonFailure failure = expectKind(cursor, JsonCursor::Kind::Number, "Double")) {
         return failure;
     }
-    if (!parse(cursor.number(), out)) {
-        return corrupted(u"The number does not fit into a Double."_s);
-    }
-    return std::nullopt;
+    out = worthOf(cursor.number());
+    return std::isinf(out) ? JsonFailure(corrupted(u"The number does not fit into a Double."_s)) : std::nullopt;
 }
 
 /// Also a number written with a fraction of zero or an exponent, as long as it is whole and fits.
@@ -41,12 +32,13 @@ JsonFailure readInteger(JsonCursor& cursor, qint64& out) {
         return failure;
     }
     const std::string_view digits = cursor.number();
-    if (parse(digits, out)) {
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), out);
+    if (read.ec == std::errc() && read.ptr == digits.data() + digits.size()) {
         return std::nullopt;
     }
     constexpr double limit = 9223372036854775808.0;
-    double value = 0;
-    const bool isWritten = digits.find_first_of(".eE") != std::string_view::npos && parse(digits, value);
+    const bool isWritten = digits.find_first_of(".eE") != std::string_view::npos;
+    const double value = worthOf(digits);
     if (!isWritten || value != std::trunc(value) || value < -limit || value >= limit) {
         return corrupted(u"The number does not fit into an Int64."_s);
     }

@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/JsonDecoding.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace dorvantel {
@@ -37,18 +39,32 @@ DecodeError doesNotFit(std::string_view number, const char* typeName) {
         QString::fromLatin1(number.data(), static_cast<qsizetype>(number.size())), QLatin1String(typeName)));
 }
 
-/// What a number of the text is worth; infinite beyond a double's range. (Qt gives 0 for too much as for too little.)
-double value(std::string_view number) {
-    long double worth = 0;
-    const auto read = std::from_chars(number.data(), number.data() + number.size(), worth);
+/// Whether a number that is not zero is between -1 and 1, by where its first digit stands that is not a 0.
+bool isBelowOne(std::string_view number) {
+    const std::size_t mark = std::min(number.find_first_of("eE"), number.size());
+    const std::string_view digits = number.substr(0, mark);
+    std::string_view exponentText = number.substr(std::min(mark + 1, number.size()));
+    exponentText.remove_prefix(exponentText.starts_with('+') ? 1 : 0);
+    std::int64_t exponent = 0;
+    const auto read = std::from_chars(exponentText.data(), exponentText.data() + exponentText.size(), exponent);
     if (read.ec == std::errc::result_out_of_range) {
-        const bool isTiny = number.find("e-") != number.npos || number.find("E-") != number.npos;
-        return isTiny ? 0 : std::numeric_limits<double>::infinity();
+        return exponentText.starts_with('-');
     }
-    return static_cast<double>(worth);
+    const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
+    const auto first = static_cast<std::int64_t>(digits.find_first_of("123456789"));
+    return exponent < (first < point ? first - point + 1 : first - point);
 }
 
 } // namespace
+
+double worthOf(std::string_view number) {
+    double worth = 0;
+    const auto read = std::from_chars(number.data(), number.data() + number.size(), worth);
+    if (read.ec != std::errc::result_out_of_range) {
+        return worth;
+    }
+    return isBelowOne(number) ? 0 : std::numeric_limits<double>::infinity();
+}
 
 DecodeError corrupted(const QString& context) {
     return {DecodeError::Kind::DataCorrupted, {}, context, {}};
@@ -85,7 +101,7 @@ JsonFailure readJson(JsonCursor& cursor, float& out) {
         return failure;
     }
     const std::string_view number = cursor.number();
-    const double exact = value(number);
+    const double exact = worthOf(number);
     if (std::abs(exact) > static_cast<double>(std::numeric_limits<float>::max())) {
         return doesNotFit(number, "Float");
     }
@@ -108,7 +124,7 @@ JsonFailure readByteArray(JsonCursor& cursor, QByteArray* out) {
         failure = expectKind(cursor, JsonCursor::Kind::Number, "UInt8");
         if (!failure) {
             const std::string_view number = cursor.number();
-            const double byte = value(number);
+            const double byte = worthOf(number);
             if (byte < 0 || byte > 255 || byte != std::floor(byte)) {
                 failure = doesNotFit(number, "UInt8");
             } else if (out != nullptr) {

@@ -42,6 +42,9 @@ JsonFailure readJson(JsonCursor& cursor, QString& out);
 JsonFailure readJson(JsonCursor& cursor, QStringList& out);
 JsonFailure readJson(JsonCursor& cursor, float& out); ///< integers too; a number beyond a float's range is refused
 
+/// What a number of the text is worth: 0 when it is too small for a double, infinite when it is too large.
+double worthOf(std::string_view number);
+
 /// Reads an array of numbers from 0 to 255 into `out`, or only checks it when `out` is null. A number is taken for what
 /// it is worth (`7.0` and `7e0` are 7); one that is no byte is "data corrupted".
 JsonFailure readByteArray(JsonCursor& cursor, QByteArray* out);

@@ -273,6 +273,11 @@ TEST(EmbeddingResponse, NumberBeyondADoubleIsCorrupted) {
                   {u"embeddings"_s, u"Index 0"_s, u"Index 1"_s});
 }
 
+TEST(EmbeddingResponse, NumberTooSmallForADoubleIsZero) {
+    const auto response = decodeEmbeddingResponse(R"({"model":"m","embeddings":[[1e-400,-2E-99999,0.5]]})");
+    EXPECT_EQ(response, (OllamaEmbeddingResponse{u"m"_s, {{0.0, 0.0, 0.5}}}));
+}
+
 TEST(Requests, AreComparedByAllTheirFields) {
     const OllamaChatRequest chat{u"m"_s, {{u"user"_s, u"hola"_s}}, false, OllamaOptions{0.3, {}, {}}};
     OllamaChatRequest other = chat;

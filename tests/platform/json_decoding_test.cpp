@@ -4,6 +4,9 @@
 
 #include "tests/support/Print.h"
 
+#include <cmath>
+#include <string>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,6 +14,7 @@ namespace dorvantel {
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace std::string_literals;
 using testing::ElementsAre;
 using ErrorKind = DecodeError::Kind;
 
@@ -152,6 +156,24 @@ TEST(JsonDecoding, FloatsAreReadFromIntegersFractionsAndExponents) {
     EXPECT_EQ(number("1e-400"), 0.0F);
     EXPECT_EQ(number("1e-99999"), 0.0F);
     EXPECT_EQ(number("0.1"), 0.1F);
+}
+
+TEST(JsonDecoding, NumberTooSmallForADoubleIsZeroHoweverItIsWritten) {
+    const std::string zeros(6'000, '0');
+    for (const std::string& json : {"1e-400"s, "-1E-99999"s, "1e-99999999999999999999"s, "0e99999"s, "-0.0E+400"s,
+                                    "0." + zeros + "1", "0." + zeros + "12e+5000", "1" + zeros + "e-7000"}) {
+        EXPECT_EQ(worthOf(json), 0.0) << json;
+    }
+}
+
+TEST(JsonDecoding, NumberTooLargeForADoubleIsInfiniteHoweverItIsWritten) {
+    const std::string zeros(6'000, '0');
+    for (const std::string& json : {"1e400"s, "-1E+99999"s, "1e99999999999999999999"s, "1" + zeros,
+                                    "12" + zeros + "e-1", "0." + zeros + "1e7000"}) {
+        EXPECT_TRUE(std::isinf(worthOf(json))) << json;
+    }
+    EXPECT_EQ(worthOf("1" + zeros + "e-6000"), 1.0);
+    EXPECT_EQ(worthOf("0." + zeros + "25e6002"), 25.0);
 }
 
 TEST(JsonDecoding, NumberBeyondAFloatIsDataCorrupted) {

@@ -2,26 +2,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Decoding.h"
 #include "records/WireRecords.h"
+#include "tests/support/PlainJson.h"
 
-#include <QByteArray>
-
-#include <expected>
-#include <optional>
 #include <vector>
 
 namespace dorvantel::test {
 
-/// The records of the service decoded the plain way: the whole body into a document, then the document member by member
-/// in the order of the record. Slow, and what the real decoders are held against. Contexts of errors are left empty.
-/// None when the library behind it cannot tell (a number beyond a double's range).
-template <typename T>
-using PlainlyDecoded = std::optional<std::expected<T, DecodeError>>;
+// The records of the service, decoded the plain way.
 
-PlainlyDecoded<std::vector<DBRecordResponse>> plainQueryResponse(const QByteArray& body);
-PlainlyDecoded<FileResponse> plainFileResponse(const QByteArray& body);
-PlainlyDecoded<SearchResponse> plainSearchResponse(const QByteArray& body);
-PlainlyDecoded<DBRecord> plainDBRecord(const QByteArray& body);
+PlainlyDecoded<std::vector<DBRecordResponse>> plainQueryResponse(const PlainDocument& body);
+PlainlyDecoded<FileResponse> plainFileResponse(const PlainDocument& body);
+PlainlyDecoded<SearchResponse> plainSearchResponse(const PlainDocument& body);
+PlainlyDecoded<DBRecord> plainDBRecord(const PlainDocument& body);
+
+bool isSame(const std::vector<DBRecordResponse>& plain, const std::vector<DBRecordPointer>& real);
+bool isSame(const FileResponse& plain, const FileResponse& real);
+bool isSame(const SearchResponse& plain, const SearchResponse& real);
+bool isSame(const DBRecord& plain, const DBRecord& real);
 
 } // namespace dorvantel::test

@@ -162,33 +162,6 @@ private:
     std::minstd_rand m_random;
 };
 
-bool operator==(const DBRecordResponse& a, const DBRecordRepresentation& b) {
-    return a.name == b.name && a.profession == b.profession && a.email == b.email &&
-           a.summarizedText == b.summarizedText && a.invitationMail == b.invitationMail &&
-           a.jsonCVData == b.jsonCVData && !b.file;
-}
-
-bool equal(const std::vector<DBRecordResponse>& a, const std::vector<DBRecordPointer>& b) {
-    return std::ranges::equal(
-        a, b, [](const DBRecordResponse& plain, const DBRecordPointer& real) { return plain == *real; });
-}
-
-bool equal(const FileResponse& a, const FileResponse& b) {
-    return a.file == b.file;
-}
-
-bool equal(const SearchResponse& a, const SearchResponse& b) {
-    return a.sql == b.sql && std::ranges::equal(a.result, b.result, [](const QueryResult& x, const QueryResult& y) {
-               return x.name == y.name && x.profession == y.profession && x.email == y.email &&
-                      x.summarizedText == y.summarizedText && x.invitationMail == y.invitationMail &&
-                      x.jsonCVData == y.jsonCVData && x.score == y.score && x.file == y.file;
-           });
-}
-
-bool equal(const DBRecord& a, const DBRecord& b) {
-    return a == b;
-}
-
 struct Tally {
     int accepted = 0;
     int notJson = 0;
@@ -208,7 +181,7 @@ void compare(const QByteArray& body, Plain plainDecode, Real realDecode, Tally& 
                                                     << (real ? "" : debugText(real.error()).toStdString());
     if (real) {
         ++tally.accepted;
-        ASSERT_TRUE(equal(**plain, *real)) << body.toStdString();
+        ASSERT_TRUE(isSame(**plain, *real)) << body.toStdString();
         return;
     }
     ++(plain->error().path.isEmpty() && plain->error().kind == DecodeError::Kind::DataCorrupted ? tally.notJson
