@@ -54,13 +54,14 @@ Candidate candidateOf(std::string_view input) {
     return candidate;
 }
 
-/// The one candidate of a store, twice, as the store gives it to an answer.
-class TwoRows final : public service::Rows {
+/// The one candidate of a store, as often as it is told, as the store gives it to an answer.
+class SameRows final : public service::Rows {
 public:
-    TwoRows(const service::Record& record, float score)
+    SameRows(const service::Record& record, float score, int count)
         : m_record(record)
         , m_cvData(service::cvDataJSON(record.cvData))
-        , m_score(score) {}
+        , m_score(score)
+        , m_left(count) {}
 
     service::Stored<bool> next(service::Row& row) override {
         row = {m_record.name,
@@ -77,7 +78,7 @@ private:
     const service::Record& m_record;
     std::string m_cvData;
     float m_score;
-    int m_left = 2;
+    int m_left;
 };
 
 QByteArray whole(service::AnswerBody& answer) {
@@ -93,7 +94,8 @@ QByteArray whole(service::AnswerBody& answer) {
 }
 
 void requireListed(const Candidate& sent, const service::Record& stored) {
-    const auto list = decodeQueryResponse(whole(*service::listAnswer(std::make_unique<TwoRows>(stored, sent.score))));
+    const auto list =
+        decodeQueryResponse(whole(*service::listAnswer(std::make_unique<SameRows>(stored, sent.score, 2))));
     require(list && list->size() == 2, "the client reads the service's list");
     const DBRecordRepresentation& listed = *list->back();
     const DBRecord& record = sent.record;
@@ -105,9 +107,9 @@ void requireListed(const Candidate& sent, const service::Record& stored) {
 
 void requireFound(const Candidate& sent, const service::Record& stored) {
     const DBRecord& record = sent.record;
-    const auto answer =
-        decodeSearchResponse(whole(*service::searchAnswer(stored.name, std::make_unique<TwoRows>(stored, sent.score))));
-    require(answer && answer->result.size() == 2, "the client reads the service's search answer");
+    const auto answer = decodeSearchResponse(
+        whole(*service::searchAnswer(stored.name, std::make_unique<SameRows>(stored, sent.score, 1))));
+    require(answer && answer->result.size() == 1, "the client reads the service's search answer");
     require(answer->sql == record.name, "the statement comes through a search");
     const QueryResult& row = answer->result.back();
     require(row.name == record.name && row.profession == record.profession && row.email == record.email &&

@@ -41,6 +41,7 @@ fuzz() {
     local thing=$1 log=$findings/$1.log status=0
     local options=(-max_total_time="${FUZZ_SECONDS:-60}" -max_len=2048 -timeout=10 -rss_limit_mb=1024 -print_final_stats=1)
     [ ! -e "fuzz/$thing.dict" ] || options+=("-dict=fuzz/$thing.dict")
+    # Options of its own, one a line; the last of each counts.
     [ ! -e "fuzz/$thing.options" ] || mapfile -t -O "${#options[@]}" options <"fuzz/$thing.options"
     mkdir -p "build/fuzz-corpus/$thing"
     # Some of what they test says on standard output how it went, hence the mask.
@@ -63,4 +64,4 @@ export -f fuzz
 export findings
 
 echo "== fuzz: run"
-printf '%s\n' "${things[@]}" | xargs -P 2 -I{} bash -c 'fuzz "$1"' fuzz {}
+printf '%s\n' "${things[@]}" | xargs -P 2 -I{} bash -c 'fuzz "$1"' fuzz {} || exit 1

@@ -72,22 +72,29 @@ private:
 /// read from then on.
 class Place {
 public:
+    /// What is known after the reading, and the ways that were gone.
     struct Outcome {
+        struct Step {
+            std::size_t from;
+            const char* key; ///< none for an element
+            std::size_t index;
+        };
+
         std::optional<DecodeError> error;
         bool isUnsure = false; ///< it depends on how a number was written
+        std::vector<Step> steps;
     };
 
-    Place(const nlohmann::json& value, Outcome& outcome, QStringList path = {})
+    Place(const nlohmann::json& value, Outcome& outcome, std::size_t steps = 0)
         : m_value(&value)
         , m_outcome(&outcome)
-        , m_path(std::move(path)) {}
+        , m_steps(steps) {}
 
     Place member(const char* key) const {
         if (expect(m_value->is_object(), "Dictionary<String, Any>") && !m_value->contains(key)) {
             fail(DecodeError::Kind::KeyNotFound, QString::fromUtf8(key));
         }
-        return m_outcome->error ? *this
-                                : Place((*m_value)[key], *m_outcome, m_path + QStringList{QString::fromUtf8(key)});
+        return m_outcome->error ? *this : next((*m_value)[key], key, 0);
     }
     std::optional<Place> optionalMember(const char* key) const {
         const bool isThere = expect(m_value->is_object(), "Dictionary<String, Any>") && m_value->contains(key) &&
@@ -102,8 +109,7 @@ public:
         std::vector<Place> places;
         if (expect(m_value->is_array(), "Array<Any>")) {
             for (const nlohmann::json& element : *m_value) {
-                places.emplace_back(element, *m_outcome,
-                                    m_path + QStringList{QStringLiteral("Index %1").arg(places.size())});
+                places.push_back(next(element, nullptr, places.size()));
             }
         }
         return places;
@@ -163,9 +169,22 @@ public:
     }
 
 private:
+    Place next(const nlohmann::json& value, const char* key, std::size_t index) const {
+        m_outcome->steps.push_back({m_steps, key, index});
+        return {value, *m_outcome, m_outcome->steps.size()};
+    }
+    QStringList path() const {
+        QStringList path;
+        for (std::size_t at = m_steps; at != 0; at = m_outcome->steps[at - 1].from) {
+            const Outcome::Step& step = m_outcome->steps[at - 1];
+            path.prepend(step.key != nullptr ? QString::fromUtf8(step.key)
+                                             : QStringLiteral("Index %1").arg(step.index));
+        }
+        return path;
+    }
     void fail(DecodeError::Kind kind, const QString& subject) const {
         if (!m_outcome->error) {
-            m_outcome->error = DecodeError{kind, subject, {}, m_path};
+            m_outcome->error = DecodeError{kind, subject, {}, path()};
         }
     }
     bool expect(bool isType, const char* type) const {
@@ -184,7 +203,7 @@ private:
 
     const nlohmann::json* m_value;
     Outcome* m_outcome;
-    QStringList m_path;
+    std::size_t m_steps; ///< how many of the steps lead here; 0 at the document
 };
 
 /// Decodes a body with `read(place)`.
