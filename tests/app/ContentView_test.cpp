@@ -80,8 +80,13 @@ TEST_F(ContentViewTest, AnswerThatArrivesAfterTheSearchScreenWasLeftReachesNobod
     const QPointer<QWidget> screen = detail();
     click(row(0));
     ASSERT_TRUE(waitUntil([&] { return !screen; }));
-    records.answerSearch(std::make_shared<IdentifiableSearchResponse>(SearchResponse{u"select"_s, {}}));
-    EXPECT_NE(detail()->objectName(), u"search"_s);
+    const QPointer<QWidget> shown = detail();
+    CapturedOutput output;
+    records.answerSearch(std::make_shared<IdentifiableSearchResponse>(SearchResponse{u"select"_s, {QueryResult{}}}));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(output.text(), QString());
+    EXPECT_EQ(detail(), shown);
+    EXPECT_FALSE(window.findChild<QWidget*>(u"results"_s));
 }
 
 TEST_F(ContentViewTest, SearchByDescriptionThatIsUnderWayWhenItsScreenIsLeftComesToItsEnd) {
