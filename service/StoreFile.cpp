@@ -49,6 +49,7 @@ void makeFolders(const std::filesystem::path& folder) {
         giveToOwnerOf(folder.parent_path(), made);
         close(made);
     }
+    syncFolder(folder.parent_path());
 }
 
 /// Whether the open file has content that this program did not make: it will be refused, and must stay as it is.
@@ -64,6 +65,7 @@ int openOwnerOnly(const std::filesystem::path& path, const std::filesystem::path
     int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (descriptor >= 0) {
         giveToOwnerOf(path == store ? store.parent_path() : store, descriptor);
+        syncFolder(path.parent_path()); // a power cut must not take the name of a file that holds candidates
     } else {
         descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
     }

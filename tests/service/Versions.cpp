@@ -5,6 +5,7 @@
 #include "service/StoreCheck.h"
 #include "tests/service/ServiceSupport.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -31,10 +32,12 @@ Record Versions::record(const std::string& email, int version) const {
 }
 
 std::string Versions::pdf(int version) const {
-    std::minstd_rand random(static_cast<unsigned>(version) + 1);
-    std::string bytes(random() % m_largestPDF, '\0');
-    for (char& byte : bytes) {
-        byte = static_cast<char>(random());
+    std::mt19937_64 random(static_cast<unsigned>(version));
+    const std::size_t size = random() % m_largestPDF;
+    std::string bytes;
+    while (bytes.size() < size) {
+        const std::uint64_t some = random();
+        bytes.append(reinterpret_cast<const char*>(&some), std::min(sizeof some, size - bytes.size()));
     }
     return bytes;
 }
