@@ -125,7 +125,8 @@ protected:
     }
 
     Search::Results run(const SearchCriteria& criteria) {
-        Search search(*client, models);
+        QObject application;
+        Search search(*client, models, application);
         search.start(criteria);
         EXPECT_TRUE(waitUntil([&] { return search.results() != nullptr; }));
         return search.results();
