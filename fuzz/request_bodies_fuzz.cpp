@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "fuzz/Fuzz.h"
+#include "fuzz/PlainBody.h"
 #include "platform/Utf8.h"
 #include "service/CVText.h"
 #include "service/RequestBodies.h"
@@ -10,45 +11,10 @@
 #include <algorithm>
 #include <array>
 
-#include <nlohmann/json.hpp>
-
 using namespace dorvantel::fuzz;
 using namespace dorvantel::service;
-using nlohmann::json;
 
 namespace {
-
-/// A body read the plain way. Where both readers may well differ there is none: on numbers that are too long for one of
-/// them, on a mark of the encoding, and on a key that comes twice.
-struct PlainBody {
-    json value;
-    bool isComparable = true;
-
-    explicit PlainBody(std::string_view body) {
-        std::size_t keys = 0;
-        const auto countKeys = [&keys](int depth, json::parse_event_t event, json&) {
-            keys += depth == 1 && event == json::parse_event_t::key ? 1 : 0;
-            return true;
-        };
-        // The library takes a NUL for the end of the text. JSON has none anywhere.
-        value = body.find('\0') == body.npos ? json::parse(body, countKeys, false) : json(json::value_t::discarded);
-        std::size_t run = 0;
-        std::size_t longest = 0;
-        for (const char c : body) {
-            run = c >= '0' && c <= '9' ? run + 1 : 0;
-            longest = std::max(longest, run);
-        }
-        isComparable = longest < 19 && !body.starts_with("\xEF\xBB\xBF") &&
-                       !(value.is_discarded() && body.find_first_of("eE") != body.npos) &&
-                       !(value.is_object() && value.size() != keys);
-    }
-
-    /// A member's text, or none.
-    std::optional<std::string> text(const char* key) const {
-        const auto found = value.find(key);
-        return found != value.end() && found->is_string() ? std::optional(found->get<std::string>()) : std::nullopt;
-    }
-};
 
 constexpr std::array<const char*, 6> textKeys{"name",           "profession",     "email",
                                               "summarizedText", "invitationMail", "jsonCVData"};
@@ -72,6 +38,7 @@ void checkRecord(std::string body, const PlainBody& plain) {
                 "a refusal says whether it was JSON");
         return;
     }
+    require(!plain.value.is_discarded(), "what is taken is JSON");
     require(!record->email.empty(), "a record has a key");
     require(!plain.isComparable ||
                 (record->name == plain.text("name") && record->email == plain.text("email") &&
@@ -86,7 +53,9 @@ void checkRecord(std::string body, const PlainBody& plain) {
 
 /// A text that was read is the one that stands in the body, and UTF-8.
 void checkText(const std::expected<std::string, BodyError>& read, const std::optional<std::string>& expected,
-               bool isComparable) {
+               const PlainBody& plain) {
+    const bool isComparable = plain.isComparable;
+    require(!read || !plain.value.is_discarded(), "what is taken is JSON");
     require(!isComparable || read.has_value() == expected.has_value(), "a text is taken where one stands");
     require(!isComparable || !read || *read == *expected, "a text is taken as it stands");
     require(!read || dorvantel::isUtf8(QByteArrayView(*read)), "a text is UTF-8");
@@ -100,9 +69,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const PlainBody plain(body);
     checkRecord(body, plain);
     std::string once = body;
-    checkText(readSearchBody(once), plain.text("sql"), plain.isComparable);
+    checkText(readSearchBody(once), plain.text("sql"), plain);
     once = body;
     checkText(readKeyBody(once), plain.value.is_string() ? std::optional(plain.value.get<std::string>()) : std::nullopt,
-              plain.isComparable);
+              plain);
     return 0;
 }

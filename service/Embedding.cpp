@@ -40,7 +40,21 @@ std::string_view beginningOf(std::string_view text, std::size_t longest) {
     return text.substr(0, end);
 }
 
-std::expected<std::vector<double>, EmbeddingError> readVector(const std::string& body) {
+} // namespace
+
+std::string embeddingText(const Unembedded& candidate) {
+    const std::string_view summary = beginningOf(candidate.summarizedText, longestEmbeddedSummary);
+    std::string text(beginningOf(candidate.profession, longestEmbeddedSummary));
+    text += "\n" + withoutNameAndEmail(summary, candidate.name, candidate.email);
+    for (const auto* const list : {&candidate.cvData.techSkills, &candidate.cvData.softSkills}) {
+        for (const std::string& value : *list) {
+            text += "\n" + value;
+        }
+    }
+    return std::string(beginningOf(text, longestEmbeddedText));
+}
+
+std::expected<std::vector<double>, EmbeddingError> readVectorAnswer(const std::string& body) {
     const auto unusable = std::unexpected(EmbeddingError{true, "the model server's answer holds no vector"});
     simdjson::dom::parser parser;
     simdjson::dom::array numbers;
@@ -56,20 +70,6 @@ std::expected<std::vector<double>, EmbeddingError> readVector(const std::string&
         vector.push_back(number);
     }
     return vector;
-}
-
-} // namespace
-
-std::string embeddingText(const Unembedded& candidate) {
-    const std::string_view summary = beginningOf(candidate.summarizedText, longestEmbeddedSummary);
-    std::string text(beginningOf(candidate.profession, longestEmbeddedSummary));
-    text += "\n" + withoutNameAndEmail(summary, candidate.name, candidate.email);
-    for (const auto* const list : {&candidate.cvData.techSkills, &candidate.cvData.softSkills}) {
-        for (const std::string& value : *list) {
-            text += "\n" + value;
-        }
-    }
-    return std::string(beginningOf(text, longestEmbeddedText));
 }
 
 std::optional<std::vector<float>> unitVector(const std::vector<double>& vector) {
@@ -179,7 +179,7 @@ std::expected<std::vector<double>, EmbeddingError> EmbeddingClient::embed(const 
         return std::unexpected(
             EmbeddingError{concernsText, "the model server answers with status " + std::to_string(result->status)});
     }
-    return readVector(answer);
+    return readVectorAnswer(answer);
 }
 
 void EmbeddingClient::cancel() {

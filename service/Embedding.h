@@ -28,6 +28,15 @@ std::string embeddingText(const Unembedded& candidate);
 /// The vector scaled to unit length; nothing for one without a direction (empty, zero, not finite).
 std::optional<std::vector<float>> unitVector(const std::vector<double>& vector);
 
+/// Why there is no vector. `message` holds nothing of the text.
+struct EmbeddingError {
+    bool concernsText = false; ///< the server works but does not take this text; others may go through
+    std::string message;
+};
+
+/// The first vector of a model server's answer, as it came.
+std::expected<std::vector<double>, EmbeddingError> readVectorAnswer(const std::string& body);
+
 /// Where a model server is: `http://host[:port][/prefix]`, or the same with https.
 struct ModelServerAddress {
     std::string host;
@@ -38,12 +47,6 @@ struct ModelServerAddress {
 
 /// Nothing for any other text.
 std::optional<ModelServerAddress> parseModelServer(std::string_view url);
-
-/// Why there is no vector. `message` holds nothing of the text.
-struct EmbeddingError {
-    bool concernsText = false; ///< the server works but does not take this text; others may go through
-    std::string message;
-};
 
 /// Asks a model server for vectors. One thread at a time, but for `cancel`.
 class EmbeddingClient {
