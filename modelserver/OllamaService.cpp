@@ -109,6 +109,7 @@ std::optional<HttpRequest> OllamaService::requestFor(const QString& path) const 
     HttpRequest request;
     request.url = QUrl(m_settings.ollamaURL() + path, QUrl::StrictMode);
     request.timeout = m_timeout;
+    request.mostBytes = qsizetype{16} * 1024 * 1024; // fifty models may be asked about at once
     if (!request.url.isValid()) {
         return std::nullopt;
     }

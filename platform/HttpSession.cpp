@@ -6,6 +6,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -13,24 +14,60 @@ namespace dorvantel {
 
 namespace {
 
-/// Collects a reply's body as it arrives. Asking for it all at the end would hold a large body twice.
-class BodyCollector {
+QString timeOutText() {
+    return QStringLiteral("Se ha agotado el tiempo de espera.");
+}
+
+/// Collects a reply's body as it arrives, as long as the request's limits allow. Asking for it all at the end would
+/// hold a large body twice.
+class Answer {
 public:
-    void read(QNetworkReply& reply) {
-        if (m_body.isEmpty()) {
-            // A length that a server only claims must not cost memory before the bytes come.
-            constexpr qint64 largestReserve = qint64{64} * 1024 * 1024;
-            const qint64 announced = reply.header(QNetworkRequest::ContentLengthHeader).toLongLong();
-            m_body.reserve(std::clamp<qint64>(announced, 0, largestReserve) + 64);
+    Answer(QNetworkReply& reply, qsizetype mostBytes)
+        : m_reply(reply)
+        , m_mostBytes(mostBytes) {}
+
+    void readHead() {
+        const qint64 announced = m_reply.header(QNetworkRequest::ContentLengthHeader).toLongLong();
+        if (announced > m_mostBytes) {
+            giveUp(tooLongText());
+            return;
         }
-        if (reply.isReadable()) {
-            m_body.append(reply.readAll());
-        }
+        // A length that a server only claims must not cost memory before the bytes come.
+        constexpr qint64 largestReserve = qint64{64} * 1024 * 1024;
+        m_body.reserve(std::clamp<qint64>(announced, 0, largestReserve) + 64);
     }
-    QByteArray take() { return std::move(m_body); }
+
+    void read() {
+        if (!m_reply.isReadable() || m_givenUp) {
+            return;
+        }
+        const QByteArray piece = m_reply.readAll();
+        const qsizetype before = m_body.size();
+        if (piece.size() > m_mostBytes - before) {
+            giveUp(tooLongText());
+            return;
+        }
+        m_body.resize(before + piece.size()); // appending would copy the whole body each time that it needs more room
+        std::ranges::copy(piece, m_body.begin() + before);
+    }
+
+    /// Ends the request, which finishes the reply.
+    void giveUp(const QString& reason) {
+        m_givenUp = reason;
+        m_body = {};
+        m_reply.abort();
+    }
+
+    const std::optional<QString>& givenUp() const { return m_givenUp; }
+    QByteArray takeBody() { return std::move(m_body); }
 
 private:
+    static QString tooLongText() { return QStringLiteral("La respuesta es demasiado larga."); }
+
+    QNetworkReply& m_reply;
+    const qsizetype m_mostBytes;
     QByteArray m_body;
+    std::optional<QString> m_givenUp;
 };
 
 /// A request's body that can be read once. From a `QByteArray` Qt would send the request again when a connection is cut
@@ -75,14 +112,20 @@ bool hasResponse(const QNetworkReply& reply, const QByteArray& body) {
     if (reply.error() == QNetworkReply::NoError) {
         return true;
     }
-    // Errors that stand for a status come after those of the connection, and only a status from 400 on becomes one.
     const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (reply.error() == QNetworkReply::ContentReSendError) {
+        return status >= 300; // a redirect that asks for the body again, and Qt has looked whether it could be sent
+    }
+    // Errors that stand for a status come after those of the connection, and only a status from 400 on becomes one.
     return status >= 400 && reply.error() > QNetworkReply::UnknownNetworkError && !isCut(reply, body);
 }
 
 QString description(const QNetworkReply& reply) {
     if (reply.error() == QNetworkReply::OperationCanceledError) {
-        return QStringLiteral("Se ha agotado el tiempo de espera.");
+        return timeOutText();
+    }
+    if (reply.error() == QNetworkReply::InsecureRedirectError) {
+        return QStringLiteral("El servidor remite a otra dirección.");
     }
     if (reply.error() == QNetworkReply::ContentReSendError) {
         // The connection closed before the answer, and a body that is sent once cannot be sent again.
@@ -108,11 +151,14 @@ QNetworkReply* start(QNetworkAccessManager& manager, const HttpRequest& request)
         networkRequest.setHeader(QNetworkRequest::ContentTypeHeader, request.contentType);
     }
     if (request.method == HttpRequest::Method::Get) {
+        networkRequest.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                                    QNetworkRequest::SameOriginRedirectPolicy);
         return manager.get(networkRequest);
     }
     auto body = std::make_unique<OneTimeBody>(request.body);
     networkRequest.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
     networkRequest.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
+    networkRequest.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     QNetworkReply* reply = request.method == HttpRequest::Method::Post
                                ? manager.post(networkRequest, body.get())
                                : manager.sendCustomRequest(networkRequest, QByteArrayLiteral("DELETE"), body.get());
@@ -120,7 +166,11 @@ QNetworkReply* start(QNetworkAccessManager& manager, const HttpRequest& request)
     return reply;
 }
 
-HttpOutcome outcome(const QNetworkReply& reply, QByteArray body) {
+HttpOutcome outcome(const QNetworkReply& reply, Answer& answer) {
+    if (answer.givenUp()) {
+        return std::unexpected(TransportError{*answer.givenUp()});
+    }
+    QByteArray body = answer.takeBody();
     if (!hasResponse(reply, body)) {
         return std::unexpected(TransportError{description(reply)});
     }
@@ -167,17 +217,22 @@ void NetworkHttpSession::leave(Lane& lane, const QString& place) {
 
 void NetworkHttpSession::send(const HttpRequest& request, QObject* context,
                               std::function<void(HttpOutcome)> completion) {
+    // More than this is left to the connection: a server may be quicker than this thread is at collecting.
+    constexpr qint64 mostUnread = qint64{4} * 1024 * 1024;
     const QString place = request.url.authority();
     Lane& lane = laneTo(place);
     ++lane.open[place];
     QNetworkReply* reply = start(*lane.manager, request);
-    auto body = std::make_shared<BodyCollector>();
-    QObject::connect(reply, &QIODevice::readyRead, reply, [reply, body] { body->read(*reply); });
+    reply->setReadBufferSize(mostUnread);
+    auto answer = std::make_shared<Answer>(*reply, request.mostBytes);
+    QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [answer] { answer->readHead(); });
+    QObject::connect(reply, &QIODevice::readyRead, reply, [answer] { answer->read(); });
+    QTimer::singleShot(request.mostTime, reply, [answer] { answer->giveUp(timeOutText()); });
     QObject::connect(reply, &QNetworkReply::finished, reply, [this, &lane, place] { leave(lane, place); });
-    QObject::connect(reply, &QNetworkReply::finished, context, [reply, body, completion = std::move(completion)] {
+    QObject::connect(reply, &QNetworkReply::finished, context, [reply, answer, completion = std::move(completion)] {
         reply->deleteLater();
-        body->read(*reply);
-        completion(outcome(*reply, body->take()));
+        answer->read();
+        completion(outcome(*reply, *answer));
     });
     QObject::connect(context, &QObject::destroyed, reply, [reply](QObject* gone) {
         // Aborting finishes the reply, and what is being destroyed must not hear of it.

@@ -26,6 +26,8 @@ struct HttpRequest {
     QByteArray contentType;                    ///< sent when not empty
     QByteArray body;                           ///< sent with POST and DELETE
     std::chrono::milliseconds timeout{60'000}; ///< of silence: data that keeps coming keeps the request alive
+    std::chrono::milliseconds mostTime = std::chrono::minutes(10); ///< until the whole answer is there
+    qsizetype mostBytes = qsizetype{512} * 1024 * 1024;            ///< of the answer's body, unpacked
 };
 
 struct HttpResponse {
@@ -33,7 +35,7 @@ struct HttpResponse {
     QByteArray body;               ///< empty when there was none
 };
 
-/// Why no response came: name not found, refused, cut, timed out. `description` is a text for people.
+/// Why no response came: name not found, refused, cut, timed out, too long. `description` is a text for people.
 struct TransportError {
     QString description;
 };
@@ -50,11 +52,11 @@ public:
     virtual void send(const HttpRequest& request, QObject* context, std::function<void(HttpOutcome)> completion) = 0;
 };
 
-/// The session that the program uses: connections are shared by all its users, and redirects are followed unless a body
-/// would have to be sent again for them: a body is sent once, whatever happens. A request without one is repeated when
-/// its connection closes before anything came, as one that was kept open for it may do at that moment. Nearly two
-/// hundred requests to one host are under way at once; only beyond that does one wait for another, with its time-out
-/// running.
+/// The session that the program uses: connections are shared by all its users. A body is sent once, whatever happens: a
+/// redirect in answer to it is a response like any other. A request without one is repeated when its connection closes
+/// before anything came, as one that was kept open for it may do at that moment, and redirected within its scheme, host
+/// and port only, so that nobody is asked or believed whom the user did not name. Nearly two hundred requests to one
+/// host are under way at once; only beyond that does one wait for another, with its time-out running.
 class NetworkHttpSession final : public HttpSession {
 public:
     NetworkHttpSession();

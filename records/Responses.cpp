@@ -6,6 +6,8 @@
 #include "platform/Log.h"
 #include "platform/Utf8.h"
 
+#include <algorithm>
+
 namespace dorvantel {
 
 using namespace Qt::StringLiterals;
@@ -29,6 +31,16 @@ QStringList rawLines(const QByteArray& body) {
     return {u"   Raw JSON: "_s + firstCharacters(body, shownCharacters) + u"..."_s};
 }
 
+/// The text of a body that nobody expected, or its beginning when it is no text that anybody would read to the end.
+QString loggedText(const QByteArray& body) {
+    qsizetype size = std::min(body.size(), qsizetype{1024} * 1024);
+    const auto isWithinCharacter = [&body](qsizetype at) { return (static_cast<uchar>(body[at]) & 0xC0U) == 0x80U; };
+    while (size < body.size() && isWithinCharacter(size)) {
+        --size;
+    }
+    return QString::fromUtf8(body.constData(), size);
+}
+
 } // namespace
 
 std::expected<QByteArray, APIError> checkedBody(HttpOutcome outcome, const ResponseRules& rules) {
@@ -48,7 +60,7 @@ std::expected<QByteArray, APIError> checkedBody(HttpOutcome outcome, const Respo
     if (*outcome->statusCode != rules.expectedStatus) {
         logLine(rules.wrongStatus + status);
         if (!outcome->body.isEmpty() && isUtf8(outcome->body)) {
-            logLine(rules.responseBody + QString::fromUtf8(outcome->body));
+            logLine(rules.responseBody + loggedText(outcome->body));
         }
         return problem;
     }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/HttpSession.h"
 
+#include "tests/support/Faults.h"
 #include "tests/support/Print.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/Wait.h"
@@ -37,6 +38,13 @@ struct NetworkHttpSessionTest : testing::Test {
 
     void get(const QString& url) {
         session.send(requestTo(url), context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
+    }
+    void post(const QString& url) {
+        HttpRequest request = requestTo(url);
+        request.method = HttpRequest::Method::Post;
+        request.body = "{}";
+        outcome.reset();
+        session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
     }
 };
 
@@ -199,16 +207,28 @@ TEST_F(NetworkHttpSessionTest, RedirectsAreFollowed) {
     EXPECT_EQ((*outcome)->body, "here");
 }
 
-TEST_F(NetworkHttpSessionTest, RedirectThatWouldSendABodyAgainIsATransportError) {
-    ScriptedServer server(ScriptedReply{.status = 307, .body = {}, .headers = "Location: /new\r\n"});
-    HttpRequest request;
-    request.method = HttpRequest::Method::Post;
-    request.url = QUrl(server.url());
-    request.body = "{}";
-    session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
-    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
-    EXPECT_FALSE(outcome->has_value());
-    EXPECT_EQ(server.requests().size(), 1);
+TEST_F(NetworkHttpSessionTest, RedirectOfABodyIsAResponseAndNobodyIsAskedAgain) {
+    for (const int status : {301, 302, 303, 307, 308}) {
+        ScriptedServer server(test::redirected(status, "/new"));
+        post(server.url());
+        ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); })) << status;
+        ASSERT_TRUE(outcome->has_value()) << qPrintable(outcome->error().description);
+        EXPECT_EQ((*outcome)->statusCode, status);
+        EXPECT_EQ(server.requests().size(), 1);
+    }
+}
+
+TEST_F(NetworkHttpSessionTest, RedirectToAnotherHostIsNotFollowed) {
+    ScriptedServer elsewhere(ScriptedReply{});
+    for (const int status : {301, 302, 303, 307, 308}) {
+        ScriptedServer server(test::redirected(status, elsewhere.url().toLatin1() + "/"));
+        outcome.reset();
+        get(server.url());
+        ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); })) << status;
+        ASSERT_FALSE(outcome->has_value()) << status;
+        EXPECT_EQ(outcome->error().description, u"El servidor remite a otra dirección."_s);
+    }
+    EXPECT_EQ(elsewhere.requests().size(), 0);
 }
 
 TEST_F(NetworkHttpSessionTest, DemandForAPasswordIsAResponse) {
@@ -244,6 +264,70 @@ TEST_F(NetworkHttpSessionTest, DataThatKeepsComingKeepsTheRequestAlive) {
     ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
     ASSERT_TRUE(outcome->has_value()) << qPrintable(outcome->error().description);
     EXPECT_EQ((*outcome)->body, QByteArray(20, 'x'));
+}
+
+TEST_F(NetworkHttpSessionTest, DataThatKeepsComingDoesNotKeepTheRequestAliveForEver) {
+    ScriptedServer server(ScriptedReply{.way = ScriptedReply::Way::Played, .play = [](QTcpSocket& socket) {
+                                            socket.write("HTTP/1.1 200 OK\r\nContent-Length: 1000000\r\n\r\n");
+                                            auto* drip = new QTimer(&socket);
+                                            QObject::connect(drip, &QTimer::timeout, &socket,
+                                                             [&socket] { socket.write("x"); });
+                                            drip->start(5);
+                                        }});
+    HttpRequest request = requestTo(server.url());
+    request.mostTime = std::chrono::milliseconds(300);
+    session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    ASSERT_FALSE(outcome->has_value());
+    EXPECT_EQ(outcome->error().description, u"Se ha agotado el tiempo de espera."_s);
+    EXPECT_TRUE(waitUntil([&] { return server.openConnections() == 0; }));
+}
+
+TEST_F(NetworkHttpSessionTest, BodyMayBeAsLongAsTheLimitAndNotLonger) {
+    for (const bool isChunked : {false, true}) {
+        for (const qsizetype size : {1000, 1001}) {
+            const ScriptedReply plain{.body = QByteArray(size, 'x')};
+            ScriptedServer server(isChunked ? test::inChunks(plain) : plain);
+            HttpRequest request = requestTo(server.url());
+            request.mostBytes = 1000;
+            outcome.reset();
+            session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
+            ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+            if (size == 1000) {
+                ASSERT_TRUE(outcome->has_value());
+                EXPECT_EQ((*outcome)->body, plain.body);
+            } else {
+                ASSERT_FALSE(outcome->has_value());
+                EXPECT_EQ(outcome->error().description, u"La respuesta es demasiado larga."_s);
+            }
+        }
+    }
+}
+
+TEST_F(NetworkHttpSessionTest, CompressedBodyCountsWithWhatItUnpacksTo) {
+    const ScriptedReply plain{.body = QByteArray(100'000, 'x')};
+    ScriptedServer server(test::compressed(plain));
+    for (const qsizetype limit : {99'999, 100'000}) {
+        HttpRequest request = requestTo(server.url());
+        request.mostBytes = limit;
+        outcome.reset();
+        session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
+        ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+        ASSERT_EQ(outcome->has_value(), limit == 100'000);
+    }
+    EXPECT_EQ((*outcome)->body, plain.body);
+}
+
+TEST_F(NetworkHttpSessionTest, LargeCompressedBodyArrivesWhole) {
+    QByteArray body;
+    for (int i = 0; body.size() < 12'000'000; ++i) {
+        body += QByteArray::number(i * 7919) + ',';
+    }
+    ScriptedServer server(test::compressed({.body = body}));
+    get(server.url());
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    ASSERT_TRUE(outcome->has_value());
+    EXPECT_TRUE((*outcome)->body == body);
 }
 
 TEST_F(NetworkHttpSessionTest, RedirectsInACircleAreATransportError) {

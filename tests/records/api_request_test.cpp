@@ -190,6 +190,13 @@ TEST_F(APIRequestTest, ListAnswerThatIsNotHttpIsAnInvalidType) {
     EXPECT_THAT(outcome.lines, ElementsAre(u"❌ Invalid response type"_s));
 }
 
+TEST_F(APIRequestTest, UnexpectedBodyIsLoggedUpToAMebibyteOfWholeCharacters) {
+    const QByteArray body = 'x' + QByteArray("ñ").repeated(1024 * 1024);
+    const QStringList lines = fetchAll(reply(500, body)).lines;
+    ASSERT_EQ(lines.size(), 3);
+    EXPECT_TRUE(lines[2] == u"❌ Response body: x"_s + QString(512 * 1024 - 1, u'ñ')) << lines[2].size();
+}
+
 TEST_F(APIRequestTest, ListWithAnotherStatusShowsTheBodyWhenItIsText) {
     const auto json = fetchAll(reply(500, "{\"error\": \"¡no!\"}"));
     EXPECT_EQ(json.result->error(), APIError::responseProblem);

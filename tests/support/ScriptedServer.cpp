@@ -11,17 +11,33 @@ namespace dorvantel::test {
 ScriptedServer::ScriptedServer(Handler handler)
     : m_handler(std::move(handler)) {
     m_server.listen(QHostAddress::LocalHost, 0);
-    QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] { accept(); });
+    m_port = m_server.serverPort();
+    QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] { take(); });
 }
 
 ScriptedServer::ScriptedServer(ScriptedReply reply)
     : ScriptedServer([reply = std::move(reply)](const ScriptedRequest&) { return reply; }) {}
 
 QString ScriptedServer::url() const {
-    return QStringLiteral("http://127.0.0.1:%1").arg(m_server.serverPort());
+    return QStringLiteral("http://127.0.0.1:%1").arg(m_port);
+}
+
+void ScriptedServer::refuse() {
+    m_server.close();
+    hangUp();
 }
 
 void ScriptedServer::accept() {
+    m_server.listen(QHostAddress::LocalHost, m_port);
+}
+
+void ScriptedServer::hangUp() {
+    for (QTcpSocket* socket : m_server.findChildren<QTcpSocket*>()) {
+        socket->abort();
+    }
+}
+
+void ScriptedServer::take() {
     while (QTcpSocket* socket = m_server.nextPendingConnection()) {
         ++m_open;
         auto buffer = std::make_shared<QByteArray>();
@@ -97,6 +113,9 @@ void ScriptedServer::answer(QTcpSocket* socket, const ScriptedReply& reply) {
     case ScriptedReply::Way::NotHttp:
         socket->write(reply.body);
         socket->disconnectFromHost();
+        break;
+    case ScriptedReply::Way::Played:
+        reply.play(*socket);
         break;
     }
 }

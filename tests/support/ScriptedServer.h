@@ -10,6 +10,8 @@
 
 #include <functional>
 
+class QTcpSocket;
+
 namespace dorvantel::test {
 
 struct ScriptedRequest {
@@ -29,10 +31,12 @@ struct ScriptedReply {
         Cut,       ///< the connection closes without an answer
         CutInBody, ///< headers announce the body, half of it comes, the connection closes
         NotHttp,   ///< the bytes of `body` alone, then the connection closes
+        Played,    ///< what `play` writes
     };
     Way way = Way::Whole;
     bool held = false;    ///< answered only when `release` is called
     QByteArray headers{}; ///< more of them, each line ending in CR LF
+    std::function<void(QTcpSocket&)> play{};
 };
 
 /// An HTTP server on a free loopback port that answers what a test tells it to. It runs in the test's own event loop,
@@ -54,18 +58,26 @@ public:
     qsizetype heldCount() const { return m_held.size(); }
     qsizetype openConnections() const { return m_open; }
 
+    /// From now on nobody gets a connection.
+    void refuse();
+    /// Takes connections again, at the same address.
+    void accept();
+    /// Cuts the connections that are open, whatever they wait for.
+    void hangUp();
+
 private:
     struct Held {
         QTcpSocket* socket;
         QByteArray target;
         ScriptedReply reply;
     };
-    void accept();
+    void take();
     void read(QTcpSocket* socket, QByteArray& buffer);
     static void answer(QTcpSocket* socket, const ScriptedReply& reply);
 
     Handler m_handler;
     QTcpServer m_server;
+    quint16 m_port = 0;
     QList<ScriptedRequest> m_requests;
     QList<Held> m_held;
     qsizetype m_open = 0;
