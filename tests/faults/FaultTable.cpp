@@ -101,9 +101,9 @@ const std::vector<Fault>& faults() {
             "LengthTooSmall",
             [](Reply reply) { return withLength(reply, QByteArray::number(firstHalf(reply.body).size())); },
             ofFirstHalf),
-        ofBody(
+        notOfDeletions(ofConnection(
             "LengthTooLargeThenClosed", [](Reply reply) { return withLengthAndClosed(reply, oneTooMany(reply)); },
-            closed),
+            closed)),
         silent(ofBody(
             "LengthTooLarge", [](Reply reply) { return withLength(reply, oneTooMany(reply)); }, timedOut)),
         silent(ofBody(
