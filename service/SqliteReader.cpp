@@ -9,8 +9,9 @@ namespace dorvantel::service {
 namespace {
 
 #define DORVANTEL_ROW_COLUMNS "name, profession, email, summary, mail, cv_json"
-constexpr const char* listText = "SELECT " DORVANTEL_ROW_COLUMNS " FROM record ORDER BY id";
-constexpr const char* byIdText = "SELECT " DORVANTEL_ROW_COLUMNS " FROM record WHERE id = ?";
+constexpr const char* listText = "SELECT " DORVANTEL_ROW_COLUMNS ", id FROM record ORDER BY id";
+constexpr const char* byIdText = "SELECT " DORVANTEL_ROW_COLUMNS " FROM record WHERE id = ?1 UNION ALL "
+                                 "SELECT " DORVANTEL_ROW_COLUMNS " FROM history WHERE id = ?1";
 #undef DORVANTEL_ROW_COLUMNS
 
 /// How many rows a cursor walks over before it looks its place up anew: about where both cost the same.
@@ -30,6 +31,7 @@ SqliteReader::SqliteReader(const std::string& path)
     , m_touch(m_database, "SELECT 1 FROM record LIMIT 1")
     , m_end(m_database, "COMMIT")
     , m_list(m_database, listText)
+    , m_ids(m_database, "SELECT id FROM record")
     , m_byId(m_database, byIdText)
     , m_pdf(m_database, "SELECT record.id, pdf.record IS NOT NULL, length(pdf.bytes) FROM record "
                         "LEFT JOIN pdf ON pdf.record = record.id WHERE record.email = ?")
@@ -44,7 +46,7 @@ void SqliteReader::beginSnapshot() {
 }
 
 void SqliteReader::endSnapshot() noexcept {
-    for (SqliteStatement* const statement : {&m_list, &m_byId, &m_pdf, &m_queued, &m_counts}) {
+    for (SqliteStatement* const statement : {&m_list, &m_ids, &m_byId, &m_pdf, &m_queued, &m_counts}) {
         statement->reset();
     }
     while (m_traits.size() > keptTraitStatements) {
@@ -78,6 +80,10 @@ void readRow(const SqliteStatement& statement, Row& row) {
     row.summarizedText = statement.text(3);
     row.invitationMail = statement.text(4);
     row.cvDataJSON = statement.text(5);
+}
+
+std::int64_t listedId(const SqliteStatement& list) {
+    return list.number(6);
 }
 
 SqliteReaderPool::Lease::Lease(SqliteReaderPool& pool, std::unique_ptr<SqliteReader> reader)

@@ -6,6 +6,7 @@
 #include "service/Sqlite.h"
 #include "service/Store.h"
 
+#include <atomic>
 #include <deque>
 #include <memory>
 #include <mutex>
@@ -23,7 +24,8 @@ public:
     void endSnapshot() noexcept;
 
     SqliteStatement& list() { return m_list; }     ///< every candidate, in the order of insertion
-    SqliteStatement& byId() { return m_byId; }     ///< the same columns of one version
+    SqliteStatement& ids() { return m_ids; }       ///< of every candidate, in any order
+    SqliteStatement& byId() { return m_byId; }     ///< the same columns of one version, current or not
     SqliteStatement& pdf() { return m_pdf; }       ///< of an e-mail: the version, whether it has a PDF, and its length
     SqliteStatement& counts() { return m_counts; } ///< of the candidates, and of those in the queue for vectors
     SqliteStatement& queued() { return m_queued; } ///< the next one in the queue for vectors behind an id
@@ -38,6 +40,7 @@ private:
     SqliteStatement m_touch;
     SqliteStatement m_end;
     SqliteStatement m_list;
+    SqliteStatement m_ids;
     SqliteStatement m_byId;
     SqliteStatement m_pdf;
     SqliteStatement m_queued;
@@ -47,6 +50,9 @@ private:
 
 /// Fills the texts of `row` from a statement that stands on a row of `list` or `byId`.
 void readRow(const SqliteStatement& statement, Row& row);
+
+/// Which version it is that a statement stands on that is `list`.
+std::int64_t listedId(const SqliteStatement& list);
 
 /// The idle readers of a store. As many are made as are used at once. Any thread.
 class SqliteReaderPool {
@@ -69,8 +75,13 @@ public:
         : m_path(std::move(path)) {}
     Lease take();
 
+    /// Whether whoever could do without a snapshot should end it, because the store's log cannot begin anew beside it.
+    bool isAskedToLetGo() const { return m_isAskedToLetGo; }
+    void askToLetGo(bool isAsked) { m_isAskedToLetGo = isAsked; }
+
 private:
     std::string m_path;
+    std::atomic<bool> m_isAskedToLetGo = false;
     std::mutex m_mutex;
     std::vector<std::unique_ptr<SqliteReader>> m_idle;
 };

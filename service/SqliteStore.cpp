@@ -3,6 +3,8 @@
 #include "service/SqliteStore.h"
 
 #include "service/CVText.h"
+#include "service/Guarded.h"
+#include "service/SqliteRows.h"
 
 #include <algorithm>
 #include <shared_mutex>
@@ -12,121 +14,6 @@
 namespace dorvantel::service {
 
 namespace {
-
-StoreError storeError(const SqliteError& error) {
-    switch (error.code()) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-        return {StoreError::Kind::Busy, "the store is busy; try again"};
-    case SQLITE_FULL:
-        return {StoreError::Kind::Full, "there is no room left for the store"};
-    default:
-        return {StoreError::Kind::Failed, std::string("the store failed: ") + error.what()};
-    }
-}
-
-/// Runs `work`; what SQLite throws in it becomes the error of a `Stored`.
-template <typename Work>
-auto guarded(Work&& work) -> Stored<decltype(work())> {
-    try {
-        if constexpr (std::is_void_v<decltype(work())>) {
-            work();
-            return {};
-        } else {
-            return work();
-        }
-    } catch (const SqliteError& error) {
-        return std::unexpected(storeError(error));
-    }
-}
-
-/// Every candidate, or as many as asked for.
-class AllRows final : public Rows {
-public:
-    AllRows(SqliteReaderPool::Lease reader, std::optional<std::size_t> limit)
-        : m_reader(std::move(reader))
-        , m_limit(limit) {}
-
-    Stored<bool> next(Row& row) override {
-        return guarded([&] {
-            if (m_count == m_limit || !m_reader->list().step()) {
-                return false;
-            }
-            ++m_count;
-            readRow(m_reader->list(), row);
-            row.score = 100;
-            return true;
-        });
-    }
-
-private:
-    SqliteReaderPool::Lease m_reader;
-    std::optional<std::size_t> m_limit;
-    std::size_t m_count = 0;
-};
-
-/// Fills `row` with the version `id`, which the reader's snapshot holds.
-void readVersion(SqliteReader& reader, std::int64_t id, Row& row) {
-    reader.byId().reset();
-    reader.byId().bind(0, id);
-    if (!reader.byId().step()) {
-        throw SqliteError(SQLITE_CORRUPT, "an index names a record that is not there");
-    }
-    readRow(reader.byId(), row);
-}
-
-/// The candidates that conditions leave.
-class MatchingRows final : public Rows {
-public:
-    MatchingRows(SqliteReaderPool::Lease reader, std::vector<Predicate> predicates, std::optional<std::size_t> limit)
-        : m_reader(std::move(reader))
-        , m_matches(*m_reader, std::move(predicates))
-        , m_limit(limit) {}
-
-    Stored<bool> next(Row& row) override {
-        return guarded([&] {
-            const auto id = m_count == m_limit ? std::nullopt : m_matches.next();
-            if (!id) {
-                return false;
-            }
-            ++m_count;
-            readVersion(*m_reader, *id, row);
-            row.score = 100;
-            return true;
-        });
-    }
-
-private:
-    SqliteReaderPool::Lease m_reader;
-    Matches m_matches;
-    std::optional<std::size_t> m_limit;
-    std::size_t m_count = 0;
-};
-
-/// The candidates of a ranking.
-class RankedRows final : public Rows {
-public:
-    RankedRows(SqliteReaderPool::Lease reader, std::vector<RankedVector> ranking)
-        : m_reader(std::move(reader))
-        , m_ranking(std::move(ranking)) {}
-
-    Stored<bool> next(Row& row) override {
-        return guarded([&] {
-            if (m_next == m_ranking.size()) {
-                return false;
-            }
-            readVersion(*m_reader, m_ranking[m_next].id, row);
-            row.score = m_ranking[m_next].score;
-            ++m_next;
-            return true;
-        });
-    }
-
-private:
-    SqliteReaderPool::Lease m_reader;
-    std::vector<RankedVector> m_ranking;
-    std::size_t m_next = 0;
-};
 
 std::vector<std::int64_t> allMatches(SqliteReader& reader, std::vector<Predicate> predicates) {
     Matches matches(reader, std::move(predicates));
@@ -145,12 +32,25 @@ std::unexpected<StoreError> lengthError(std::string_view whose, std::size_t leng
 
 } // namespace
 
+StoreError storeError(const SqliteError& error) {
+    switch (error.code()) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return {StoreError::Kind::Busy, "the store is busy; try again"};
+    case SQLITE_FULL:
+        return {StoreError::Kind::Full, "there is no room left for the store"};
+    default:
+        return {StoreError::Kind::Failed, std::string("the store failed: ") + error.what()};
+    }
+}
+
 SqliteStore::SqliteStore(const std::filesystem::path& path, std::string embeddingModel)
     : m_file(path)
     , m_model(std::move(embeddingModel))
     , m_writer(m_file.path())
     , m_writes(m_writer.database(), [this](auto& transaction, auto retired) { commit(transaction, retired); })
-    , m_readers(m_file.path()) {
+    , m_readers(m_file.path())
+    , m_logKeeper(m_writer.database(), m_file.path(), m_writes, m_readers) {
     if (m_model.empty()) {
         return;
     }
@@ -233,9 +133,9 @@ Stored<std::unique_ptr<Rows>> SqliteStore::run(const Plan& plan) {
     }
     return guarded([&]() -> std::unique_ptr<Rows> {
         if (predicates.empty()) {
-            return std::make_unique<AllRows>(m_readers.take(), plan.best);
+            return allRows(m_readers, plan.best);
         }
-        return std::make_unique<MatchingRows>(m_readers.take(), std::move(predicates), plan.best);
+        return matchingRows(m_readers, std::move(predicates), plan.best);
     });
 }
 
@@ -250,9 +150,9 @@ Stored<std::unique_ptr<Rows>> SqliteStore::runRanked(const Plan& plan, std::vect
         if (!predicates.empty()) {
             ids = allMatches(*reader, std::move(predicates));
         }
-        return std::make_unique<RankedRows>(std::move(reader), plan.best
-                                                                   ? m_index.best(*plan.similarTo, ids, *plan.best)
-                                                                   : m_index.scores(*plan.similarTo, ids));
+        return rankedRows(m_readers, std::move(reader),
+                          plan.best ? m_index.best(*plan.similarTo, ids, *plan.best)
+                                    : m_index.scores(*plan.similarTo, ids));
     });
 }
 

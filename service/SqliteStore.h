@@ -4,6 +4,7 @@
 
 #include "service/FairSharedMutex.h"
 #include "service/GroupCommit.h"
+#include "service/LogKeeper.h"
 #include "service/SqliteReader.h"
 #include "service/SqliteWriter.h"
 #include "service/Store.h"
@@ -14,7 +15,8 @@ namespace dorvantel::service {
 
 /// The store that ships: one SQLite file with a write-ahead log, flushed to the disk before a write returns. One
 /// connection writes, for many callers at once; each read has one of its own and sees the store as it was when it
-/// began. The vectors of the embedding model are in memory as well, and ranked there.
+/// began. The vectors of the embedding model are in memory as well, and ranked there. What is in the log is moved into
+/// the file between the writes.
 class SqliteStore final : public Store {
 public:
     /// Opens or makes the store. `embeddingModel` is whose vectors are ranked and stored; empty: none, and a semantic
@@ -45,6 +47,7 @@ private:
     FairSharedMutex m_indexMutex;
     VectorIndex m_index;
     SqliteReaderPool m_readers;
+    LogKeeper m_logKeeper;
 };
 
 } // namespace dorvantel::service
