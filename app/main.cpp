@@ -45,9 +45,10 @@ QString cvFromCommandLine(const QCoreApplication& application) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::jthread fonts = readFontConfiguration();
+    std::jthread fonts = readFontConfiguration();
     QApplication application(argc, argv);
     prepareApplication(application);
+    fonts.join(); // the command line may end the program, which must not happen while it runs
     const QString cv = cvFromCommandLine(application);
     listFonts();
 
