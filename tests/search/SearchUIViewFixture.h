@@ -53,7 +53,8 @@ protected:
     }
     void loadCatalogues(std::vector<DBRecordPointer> candidates) {
         bool rebuilt = false;
-        QObject::connect(&model, &Model::cataloguesRebuilt, &model, [&rebuilt] { rebuilt = true; });
+        QObject::connect(
+            &model, &Model::cataloguesRebuilt, &model, [&rebuilt] { rebuilt = true; }, Qt::SingleShotConnection);
         records.answerFetchAll(std::move(candidates));
         ASSERT_TRUE(waitUntil([&] { return rebuilt; }));
     }
