@@ -8,6 +8,8 @@ namespace dorvantel {
 /// of the system that the program itself never makes.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool isSanitized = true;
+#elif defined(__has_feature)
+inline constexpr bool isSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
 #else
 inline constexpr bool isSanitized = false;
 #endif

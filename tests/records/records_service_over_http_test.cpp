@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
+#include "platform/Sanitizers.h"
 #include "records/APIRequest.h"
 
 #include "tests/records/SampleRecords.h"
@@ -47,7 +48,7 @@ struct RecordsServiceOverHttp : testing::Test {
         APIRequest api(session, base);
         CapturedOutput output;
         api.fetchAll([&result](ListResult received) { result = std::move(received); });
-        EXPECT_TRUE(waitUntil([&] { return result.has_value(); }));
+        EXPECT_TRUE(waitUntil([&] { return result.has_value(); }, patienceMs));
         lines = output.lines();
         return result;
     }
@@ -56,6 +57,7 @@ struct RecordsServiceOverHttp : testing::Test {
         return fetchAll(server.url() + u"/curriculums"_s);
     }
 
+    static constexpr int patienceMs = isSanitized ? 100'000 : 10'000;
     QStringList lines;
 };
 

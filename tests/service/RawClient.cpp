@@ -45,7 +45,7 @@ bool RawClient::send(std::string_view bytes) const {
 
 std::string RawClient::receiveAll() const {
     std::string answer;
-    std::array<char, 4096> block{};
+    std::array<char, 64 * 1024> block{};
     for (ssize_t size = 0; (size = ::recv(m_socket, block.data(), block.size(), 0)) > 0;) {
         answer.append(block.data(), static_cast<std::size_t>(size));
     }
