@@ -45,16 +45,17 @@ show() {
     wait $!
 }
 
-answers() { curl -s -o /dev/null --max-time 2 "$1"; }
+# says URL TEXT: whether what answers there is what we look for; the port may be somebody else's.
+says() { [[ $(curl -s --max-time 2 "$1") == *"$2"* ]]; }
 
-# start NAME URL COMMAND...: in the background, until it answers at URL.
+# start NAME URL TEXT COMMAND...: in the background, until it says TEXT at URL.
 start() {
-    local name=$1 url=$2
-    shift 2
+    local name=$1 url=$2 text=$3
+    shift 3
     "$@" >"$temporary/$name.log" 2>&1 &
     started+=($!)
     for _ in $(seq 100); do
-        answers "$url" && return 0
+        says "$url" "$text" && return 0
         kill -0 "${started[-1]}" 2>/dev/null || break
         sleep 0.1
     done
@@ -71,10 +72,14 @@ setting() {
 model_server=$(setting ollamaURL)
 model_server=${model_server:-http://localhost:11434}
 
-if answers "$model_server/api/tags"; then
-    if ! answers http://127.0.0.1:8765/; then
+model_list='"models":'
+demo_model='"demo-texto:latest"'
+records_health='"vectorsPending":'
+
+if says "$model_server/api/tags" "$model_list"; then
+    if ! says http://127.0.0.1:8765/health "$records_health"; then
         embedding_model=$(setting selectedEmbeddingModel)
-        start records http://127.0.0.1:8765/ "$bin/dorvantel-records" --model-server "$model_server" \
+        start records http://127.0.0.1:8765/health "$records_health" "$bin/dorvantel-records" --model-server "$model_server" \
             ${embedding_model:+--embedding-model "$embedding_model"}
     fi
     show "$bin/dorvantel" "${cv[@]}"
@@ -82,13 +87,13 @@ else
     echo "No model server answers at $model_server: using the stand-in and the demo profile (invented candidates; your settings and records are not touched)"
     profile=${XDG_DATA_HOME:-$HOME/.local/share}/dorvantel-demo
     mkdir -p "$profile/config/Dorvantel"
-    if ! answers http://127.0.0.1:11435/; then
-        start model-server http://127.0.0.1:11435/ "$bin/dorvantel-demo-model" --listen 127.0.0.1:11435
+    if ! says http://127.0.0.1:11435/api/tags "$demo_model"; then
+        start model-server http://127.0.0.1:11435/api/tags "$demo_model" "$bin/dorvantel-demo-model" --listen 127.0.0.1:11435
     fi
     printf '%s\n' '[General]' ollamaURL=http://127.0.0.1:11435 selectedLLMModel=demo-texto:latest \
         selectedEmbeddingModel=demo-vectores:latest >"$profile/config/Dorvantel/Dorvantel.conf"
-    if ! answers http://127.0.0.1:8764/; then
-        start records http://127.0.0.1:8764/ "$bin/dorvantel-records" --listen 127.0.0.1:8764 \
+    if ! says http://127.0.0.1:8764/health "$records_health"; then
+        start records http://127.0.0.1:8764/health "$records_health" "$bin/dorvantel-records" --listen 127.0.0.1:8764 \
             --store "$profile/records.sqlite" --model-server http://127.0.0.1:11435 \
             --embedding-model demo-vectores:latest
         "$bin/dorvantel-fill-samples" http://127.0.0.1:8764/curriculums
