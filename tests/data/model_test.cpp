@@ -87,6 +87,19 @@ TEST(Model, FailedLoadLogsExactlyTwoLinesAndLeavesEverythingEmpty) {
     EXPECT_EQ(service.calls().size(), 1) << "a failed load is not tried again";
 }
 
+TEST(Model, FailedLoadEndsTheLoading) {
+    FakeRecordsService service;
+    const Model model(service);
+    const QSignalSpy changed(&model, &Model::isLoadingChanged);
+    ASSERT_TRUE(model.isLoading());
+
+    const CapturedOutput silence;
+    service.answerFetchAll(std::unexpected(APIError::responseProblem));
+
+    EXPECT_FALSE(model.isLoading());
+    EXPECT_EQ(changed.count(), 1);
+}
+
 TEST(Model, FailedLoadNamesEachErrorByItsCase) {
     for (const auto& [error, name] : {std::pair{APIError::responseProblem, u"responseProblem"_s},
                                       std::pair{APIError::decodingProblem, u"decodingProblem"_s},

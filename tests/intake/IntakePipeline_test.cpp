@@ -318,6 +318,22 @@ TEST_F(IntakePipelineTest, ValuesOnTheSheetKeepTheirPDFWhileALaterCVIsRead) {
     EXPECT_EQ(pdfOfState(), "first");
 }
 
+TEST_F(IntakePipelineTest, FailureOfALaterCVTakesTheDataOffTheSheetAndKeepsTheValues) {
+    CapturedOutput output;
+    dropCV("first", u"first"_s);
+    answer(0, extraction);
+    ASSERT_TRUE(waitForCalls(2));
+    answer(1, mail);
+    ASSERT_TRUE(waitForData());
+    const SheetValues values = state.values();
+    dropCV("second", u"second"_s);
+    models.answerChat(2, std::unexpected(OllamaError::emptyResponse()));
+    ASSERT_TRUE(waitUntil([&] { return state.processingError().has_value(); }));
+    EXPECT_FALSE(state.dataExtracted());
+    EXPECT_TRUE(state.sheetIsShowing());
+    EXPECT_EQ(state.values(), values);
+}
+
 TEST_F(IntakePipelineTest, AnswersThatAreNotJSONStillFillTheSheet) {
     CapturedOutput output;
     dropCV("pdf", u"x"_s);

@@ -112,10 +112,12 @@ TEST(ModelsResponse, SizeIsASigned64BitNumber) {
     };
     EXPECT_EQ(sizeOf("9223372036854775807"), std::numeric_limits<qint64>::max());
     EXPECT_EQ(sizeOf("-9223372036854775808"), std::numeric_limits<qint64>::min());
+    EXPECT_EQ(sizeOf("-9223372036854775808.0"), std::numeric_limits<qint64>::min());
     EXPECT_EQ(sizeOf("3.0"), 3);
     EXPECT_EQ(sizeOf("1e3"), 1000);
     const QStringList path{u"models"_s, u"Index 0"_s, u"size"_s};
     expectFailure(sizeOf("9223372036854775808"), Kind::DataCorrupted, {}, path);
+    expectFailure(sizeOf("9223372036854775808.0"), Kind::DataCorrupted, {}, path);
     expectFailure(sizeOf("1e19"), Kind::DataCorrupted, {}, path);
     expectFailure(sizeOf("1.5"), Kind::DataCorrupted, {}, path);
 }

@@ -209,6 +209,22 @@ TEST_F(SearchTest, FailedEmbeddingIsLoggedAndNothingIsSent) {
     EXPECT_EQ(search->results(), before);
 }
 
+TEST_F(SearchTest, IsUnderWayUntilTheLastOfAllIsAnsweredOrHasFailed) {
+    const QSignalSpy underWay(search.get(), &Search::isUnderWayChanged);
+    search->start({.freeTextSearchString = u"x"_s});
+    search->start({});
+    search->start({});
+    waitForSearches(2);
+    const CapturedOutput silence;
+    models.answerEmbedding(0, std::unexpected(OllamaError::modelNotConfigured()));
+    runQueue();
+    records.answerSearch(std::unexpected(APIError::responseProblem));
+    EXPECT_TRUE(search->isUnderWay());
+    records.answerSearch(answerNamed(u"1"_s));
+    EXPECT_FALSE(search->isUnderWay());
+    EXPECT_EQ(underWay.size(), 2);
+}
+
 TEST_F(SearchTest, FailedSemanticSearchIsLoggedLikeAStructuredOne) {
     models.queueEmbedding(QList<double>{1});
     search->start(contable);

@@ -83,7 +83,8 @@ TEST(TokenSelection, AllOfNoneIsNone) {
 }
 
 TEST(TokenClipboard, CommaLineBreakAndTabEndATokenAndBlanksAroundItGo) {
-    EXPECT_THAT(tokenTexts(u" Java, C++\nGo\r\n\tRust ,, "_s), ElementsAre(u"Java"_s, u"C++"_s, u"Go"_s, u"Rust"_s));
+    EXPECT_THAT(tokenTexts(u" Java, C++\nGo\r\n\tRust\tC ,, "_s),
+                ElementsAre(u"Java"_s, u"C++"_s, u"Go"_s, u"Rust"_s, u"C"_s));
     EXPECT_THAT(tokenTexts(u"Trabajo en equipo"_s), ElementsAre(u"Trabajo en equipo"_s));
     EXPECT_THAT(tokenTexts(u" , "_s), IsEmpty());
 }
