@@ -23,7 +23,8 @@ function(dorvantel_renew_moc target sources)
     endif()
 endfunction()
 
-# The tests of one folder: every *_test.cpp below tests/<folder>, one program, one ctest entry per test.
+# The tests of one folder: every *_test.cpp below tests/<folder>, one program, one ctest entry per test, labelled with
+# the program's name.
 function(dorvantel_tests name)
     cmake_parse_arguments(T "" "" "LINK;DEPENDS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp" "${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h")
@@ -40,5 +41,5 @@ function(dorvantel_tests name)
     endif()
     gtest_discover_tests(test_${name}
         DISCOVERY_MODE PRE_TEST
-        PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LANG=C.UTF-8;TZ=UTC")
+        PROPERTIES TIMEOUT 120 LABELS test_${name} ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LANG=C.UTF-8;TZ=UTC")
 endfunction()
