@@ -43,10 +43,11 @@ QStringList expectedOfList(const Reading& reading, qsizetype healthyBytes) {
     case Kind::NotJson:
         break;
     }
+    constexpr qsizetype shownCharacters = 500; // of text without accents
     QStringList lines{ok, received.arg(reading.body.size()), u"❌ Decoding Error: Data corrupted"_s,
                       u"   Context: "_s + context(reading)};
     if (isText(reading.body)) {
-        lines += u"   Raw JSON: "_s + QString::fromUtf8(reading.body) + u"..."_s;
+        lines += u"   Raw JSON: "_s + QString::fromUtf8(reading.body.left(shownCharacters)) + u"..."_s;
     }
     return lines + QStringList{decodingProblem};
 }

@@ -70,7 +70,7 @@ Fault redirect(const char* name, int status, bool isElsewhere) {
     const QString text = isElsewhere ? u"El servidor remite a otra dirección."_s : u"Too many redirects"_s;
     return {name,
             [status, isElsewhere](const ScriptedReply&, const QByteArray& elsewhere) {
-                return redirected(status, isElsewhere ? elsewhere + "/curriculums" : "/curriculums");
+                return redirected(status, isElsewhere ? elsewhere + "/curriculums" : "?again");
             },
             always(noAnswer(text)), always(otherStatus(status)), always(otherStatus(status))};
 }
