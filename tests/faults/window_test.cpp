@@ -122,8 +122,8 @@ TEST_F(Window, WaitingForEverythingCanBeUsedAndLeftEverywhere) {
         return std::ranges::any_of(server.requests(),
                                    [&](const ScriptedRequest& each) { return each.target == target; });
     };
-    for (const QByteArray& target : {"/curriculums", "/curriculums/search", "/api/tags"}) {
-        EXPECT_TRUE(waitUntil([&] { return isAsked(target); })) << target.constData();
+    for (const char* target : {"/curriculums", "/curriculums/search", "/api/tags"}) {
+        EXPECT_TRUE(waitUntil([&] { return isAsked(target); })) << target;
     }
     program->settingsView()->close();
     EXPECT_EQ(output->lines(), QStringList());
