@@ -32,6 +32,10 @@ public:
             giveUp(tooLongText());
             return;
         }
+        // More than this is left to the connection: a server may be quicker than this thread is at collecting. Said
+        // before the request is sent, it would not reach Qt's network thread.
+        constexpr qint64 mostUnread = qint64{4} * 1024 * 1024;
+        m_reply.setReadBufferSize(mostUnread);
         // A length that a server only claims must not cost memory before the bytes come.
         constexpr qint64 largestReserve = qint64{64} * 1024 * 1024;
         m_body.reserve(std::clamp<qint64>(announced, 0, largestReserve) + 64);
@@ -217,13 +221,10 @@ void NetworkHttpSession::leave(Lane& lane, const QString& place) {
 
 void NetworkHttpSession::send(const HttpRequest& request, QObject* context,
                               std::function<void(HttpOutcome)> completion) {
-    // More than this is left to the connection: a server may be quicker than this thread is at collecting.
-    constexpr qint64 mostUnread = qint64{4} * 1024 * 1024;
     const QString place = request.url.authority();
     Lane& lane = laneTo(place);
     ++lane.open[place];
     QNetworkReply* reply = start(*lane.manager, request);
-    reply->setReadBufferSize(mostUnread);
     auto answer = std::make_shared<Answer>(*reply, request.mostBytes);
     QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [answer] { answer->readHead(); });
     QObject::connect(reply, &QIODevice::readyRead, reply, [answer] { answer->read(); });

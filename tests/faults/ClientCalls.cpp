@@ -17,6 +17,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// For half a gigabyte on a busy machine.
+constexpr int patience = 60'000;
+
 const QString email = u"ana@example.com"_s;
 
 /// The lines that are written until `call` has called what it was given, and then what it was given with.
@@ -27,14 +30,14 @@ QStringList completed(const std::function<void(std::function<void(std::expected<
     call([&end](const std::expected<Result, APIError>& result) {
         end = result ? u"= value"_s : u"= "_s + caseName(result.error());
     });
-    EXPECT_TRUE(waitUntil([&end] { return end.has_value(); }));
+    EXPECT_TRUE(waitUntil([&end] { return end.has_value(); }, patience));
     return output.lines() + QStringList{end.value_or(u"= nothing"_s)};
 }
 
 template <typename Value>
 QStringList awaited(const QFuture<ModelResult<Value>>& future) {
     CapturedOutput output;
-    EXPECT_TRUE(waitUntil([&future] { return future.isFinished(); }));
+    EXPECT_TRUE(waitUntil([&future] { return future.isFinished(); }, patience));
     const auto& result = future.result();
     return output.lines() + QStringList{result ? u"= value"_s : u"= "_s + localizedDescription(result.error())};
 }
@@ -42,14 +45,14 @@ QStringList awaited(const QFuture<ModelResult<Value>>& future) {
 QStringList runTags(Clients& clients) {
     CapturedOutput output;
     clients.models.fetchAvailableModels();
-    EXPECT_TRUE(waitUntil([&] { return !clients.models.isLoadingModels(); }));
+    EXPECT_TRUE(waitUntil([&] { return !clients.models.isLoadingModels(); }, patience));
     return output.lines() + QStringList{u"= "_s + clients.models.modelError().value_or(u"value"_s)};
 }
 
 QStringList runShow(Clients& clients) {
     CapturedOutput output;
     const auto future = clients.models.fetchCapabilities(u"m"_s);
-    EXPECT_TRUE(waitUntil([&future] { return future.isFinished(); }));
+    EXPECT_TRUE(waitUntil([&future] { return future.isFinished(); }, patience));
     return output.lines() + QStringList{future.result() ? u"= value"_s : u"= nothing"_s};
 }
 
@@ -89,7 +92,7 @@ QStringList runDelete(Clients& clients) {
     CapturedOutput output;
     const qsizetype before = clients.session.ended();
     clients.records.deleteResume(email);
-    EXPECT_TRUE(waitUntil([&] { return clients.session.ended() == before + 1; }));
+    EXPECT_TRUE(waitUntil([&] { return clients.session.ended() == before + 1; }, patience));
     return output.lines();
 }
 

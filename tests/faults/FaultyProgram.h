@@ -86,7 +86,8 @@ private:
     bool m_isWaitedFor = false; ///< a client waits for an answer that does not come
 };
 
-/// Those of the table in which a window differs from a client: of the silent ones, one does for all.
+/// Those of the table that a window may meet otherwise than a client. Of the silent ones, one does for all, and a body
+/// that has to come up to the program's own limits is left to the clients.
 std::vector<Fault> faultsOfWindows();
 
 } // namespace dorvantel::test
