@@ -206,6 +206,16 @@ TEST_F(BackupTest, RestoresWhereThereIsNoStoreAndTwiceInASecond) {
     EXPECT_EQ(at(other, "SELECT count(*) FROM record"), "2");
 }
 
+TEST_F(BackupTest, BackupOfAnEarlierVersionIsRestoredAsAStoreOfThisVersion) {
+    {
+        const SqliteDatabase old(backup().string(), SqliteDatabase::Access::ReadWriteCreate);
+        migrate(old, migrations().first(1));
+    }
+    EXPECT_EQ(restore(backup(), folder.store()).candidates, 0);
+    EXPECT_EQ(at(folder.store(), "PRAGMA user_version"), std::to_string(migrations().size()));
+    EXPECT_EQ(at(backup(), "PRAGMA user_version"), "1") << "the backup stays as it is";
+}
+
 TEST_F(BackupTest, StoreThatAProgramUsesIsNotRestoredOver) {
     backUp(folder.store(), backup(), false);
     {

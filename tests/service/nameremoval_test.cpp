@@ -75,6 +75,11 @@ TEST(WithoutNameAndEmail, InitialsAndTitlesBeforeTheNameGoWithIt) {
     EXPECT_EQ(withoutNameAndEmail("María José trabaja", "Mª José Gil", "x@y"), "trabaja");
 }
 
+TEST(WithoutNameAndEmail, LetterInLowerCaseBeforeTheNameIsNoInitial) {
+    EXPECT_EQ(withoutNameAndEmail("Llevó el apartado a. Ana Gil lo cerró", "Ana Gil", "x@x.example"),
+              "Llevó el apartado a. lo cerró");
+}
+
 TEST(WithoutNameAndEmail, SentenceThatEndsWithTheNameAndOneThatBeginsWithItStayTwo) {
     EXPECT_EQ(kept("Dirige García. María coordina."), "Dirige . coordina.");
 }
@@ -91,6 +96,12 @@ TEST(WithoutNameAndEmail, PartBeforeTheAtGoesWhereItIsMadeOfTheName) {
     EXPECT_EQ(withoutNameAndEmail("Firma como agl82", "Ana García López", "agl82@x.example"), "Firma como ");
     EXPECT_EQ(withoutNameAndEmail("Experta en contabilidad", "Ana García", "contabilidad@x.example"),
               "Experta en contabilidad");
+}
+
+TEST(WithoutNameAndEmail, PartBeforeTheAtStaysInsideAnotherWord) {
+    EXPECT_EQ(withoutNameAndEmail("Firma como agil", "Ana Gil", "agil@x.example"), "Firma como ");
+    EXPECT_EQ(withoutNameAndEmail("Vidrio fragil, trato agilizado", "Ana Gil", "agil@x.example"),
+              "Vidrio fragil, trato agilizado");
 }
 
 TEST(WithoutNameAndEmail, PartBeforeTheAtThatIsAWordOfTheNameIsTakenAsThatWord) {

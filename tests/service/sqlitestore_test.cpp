@@ -77,6 +77,14 @@ TEST_F(SqliteStoreTest, SameEmailReplacesAndKeepsTheEarlierVersionWithItsPDF) {
               "Name of a@x|replaced|old bytes|1");
 }
 
+TEST_F(SqliteStoreTest, BytesAreThoseOfTheFileAndOfItsLog) {
+    SqliteStore store(folder.store(), "");
+    ASSERT_TRUE(store.insert(makeRecord("a@x")));
+    const auto log = fs::file_size(folder.store().string() + "-wal");
+    ASSERT_GT(log, 0);
+    EXPECT_EQ(store.status()->bytes, fs::file_size(folder.store()) + log);
+}
+
 TEST_F(SqliteStoreTest, DeletedRecordMovesToHistory) {
     SqliteStore store(folder.store(), "");
     ASSERT_TRUE(store.insert(makeRecord("a@x", {"Femenino", {}, {"Excel"}, {}})));

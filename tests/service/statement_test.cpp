@@ -170,6 +170,9 @@ TEST(ParseStatement, WhatIsNoNumberIsRefused) {
         EXPECT_TRUE(accepted.starts_with(begin)) << accepted;
         EXPECT_LE(accepted.size(), begin.size() + 5) << text;
     }
+    for (const char* const text : {"01.0", "00", "01"}) {
+        EXPECT_EQ(acceptedPartOf(semantic(text)), begin + "0") << "no number begins with a zero that says nothing";
+    }
     EXPECT_EQ(acceptedPartOf(semantic("1.0,")), begin + "1.0,");
     EXPECT_EQ(acceptedPartOf(semantic("1.0, 2.0")), begin + "1.0,");
 }
