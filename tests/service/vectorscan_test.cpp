@@ -57,6 +57,14 @@ TEST(DotProduct, StaysFiniteForTheLargestNumbers) {
     EXPECT_EQ(scoreOf(dotProduct(std::vector<float>(100, largest), std::vector<float>(100, -largest))), 0);
 }
 
+TEST(DotProduct, IsRightWhereOnlyASumOnTheWayIsTooLarge) {
+    // A sum of 32 bits becomes infinite on the way and stays so.
+    std::vector<float> query(64);
+    query[0] = query[16] = largest;
+    query[32] = query[48] = -largest;
+    EXPECT_EQ(dotProduct(std::vector<float>(64, 1), query), 0);
+}
+
 TEST(ScoreOf, MapsAndClamps) {
     EXPECT_EQ(scoreOf(-1), 0);
     EXPECT_EQ(scoreOf(0), 50);
@@ -81,6 +89,13 @@ TEST(BestRows, TiesComeByRisingIdWhateverTheirPlace) {
 TEST(BestRows, ClampedScoresAreTies) {
     EXPECT_THAT(bestRows(rowsOf({{1}, {0.5F}}, {2, 1}), std::vector<float>{10}, std::nullopt, 5),
                 ElementsAre(RankedVector{1, 100}, RankedVector{2, 100}));
+}
+
+TEST(BestRows, TieAtTheLimitGoesToTheLowerIdHoweverFarItsVectorLies) {
+    EXPECT_THAT(bestRows(rowsOf({{1}, {0.5F}}, {2, 1}), std::vector<float>{10}, std::nullopt, 1),
+                ElementsAre(RankedVector{1, 100}));
+    EXPECT_THAT(bestRows(rowsOf({{-0.5F}, {-1}}, {2, 1}), std::vector<float>{10}, std::nullopt, 1),
+                ElementsAre(RankedVector{1, 0}));
 }
 
 TEST(ScoreRows, ScoresComeInTheOrderOfTheRows) {
