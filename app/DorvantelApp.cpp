@@ -6,7 +6,6 @@
 #include "ui/Style.h"
 
 #include <QApplication>
-#include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
 

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <random>
-#include <span>
 #include <string>
 
 namespace dorvantel::bench {

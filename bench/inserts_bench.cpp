@@ -6,14 +6,12 @@
 #include "service/RequestBodies.h"
 #include "service/Schema.h"
 
-#include <QByteArray>
 #include <QCoreApplication>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QUrl>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <iostream>

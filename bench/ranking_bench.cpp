@@ -7,7 +7,6 @@
 #include "service/VectorIndex.h"
 
 #include <cstdio>
-#include <cstring>
 #include <fstream>
 #include <memory>
 #include <stdexcept>

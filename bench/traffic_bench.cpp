@@ -10,9 +10,7 @@
 #include <QUrl>
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
-#include <cmath>
 #include <fstream>
 #include <iostream>
 #include <random>

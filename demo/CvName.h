@@ -6,8 +6,6 @@
 
 #include <QString>
 
-#include <optional>
-
 namespace dorvantel {
 
 struct FoundName {

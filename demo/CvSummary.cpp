@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "demo/CvSummary.h"
 
-#include <QStringList>
-
 #include <algorithm>
 #include <initializer_list>
 #include <limits>

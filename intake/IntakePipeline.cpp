@@ -12,6 +12,7 @@
 #include "platform/Log.h"
 #include "platform/PDFDocument.h"
 #include "platform/PDFOpener.h"
+#include "platform/WhenFinished.h"
 
 #include <exception>
 

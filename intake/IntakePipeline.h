@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/WhenFinished.h"
-
 #include <QByteArray>
 #include <QObject>
 

@@ -4,7 +4,6 @@
 
 #include "platform/PDFAccents.h"
 
-#include <algorithm>
 #include <array>
 
 namespace dorvantel {

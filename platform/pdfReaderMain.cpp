@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QTextStream>
 
-#include <array>
 #include <csignal>
 #include <cstdlib>
 

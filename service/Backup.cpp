@@ -3,6 +3,7 @@
 #include "service/Backup.h"
 
 #include "service/Schema.h"
+#include "service/StoreCheck.h"
 #include "service/StoreFile.h"
 
 #include <array>

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "service/NewFile.h"
-#include "service/StoreCheck.h"
 
 #include <cstdint>
 #include <filesystem>

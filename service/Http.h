@@ -4,7 +4,6 @@
 
 #include "service/Store.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>

@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <set>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -5,11 +5,10 @@
 #include "ui/DeferredIcon.h"
 #include "ui/Style.h"
 
+#include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPointer>
-#include <QPushButton>
 #include <QStyleFactory>
 #include <QStyleOption>
 

@@ -8,7 +8,6 @@
 #include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QPainter>
-#include <QPainterPath>
 #include <QRadioButton>
 
 namespace dorvantel {

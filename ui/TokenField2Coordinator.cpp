@@ -4,6 +4,8 @@
 
 #include "platform/Text.h"
 
+#include <QSet>
+
 namespace dorvantel {
 
 using namespace Qt::StringLiterals;

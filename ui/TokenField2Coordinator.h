@@ -6,7 +6,6 @@
 #include "ui/TokenEditorDelegate.h"
 
 #include <QHash>
-#include <QSet>
 
 namespace dorvantel {
 

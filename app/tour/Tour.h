@@ -8,7 +8,6 @@
 
 #include <QDir>
 #include <QSize>
-#include <QStringList>
 
 #include <functional>
 #include <memory>

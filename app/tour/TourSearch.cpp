@@ -6,12 +6,12 @@
 #include "search/InvitationLink.h"
 #include "search/SearchResultDetailUIView.h"
 
+#include <QAbstractButton>
 #include <QDialog>
 #include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
 #include <QTest>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace dorvantel {
