@@ -80,11 +80,6 @@ NameGender genderByProfession(const FoldedText& text) {
 
 } // namespace
 
-NameGender genderOfName(const QString& name) {
-    const NameGender listed = listedGender(name);
-    return listed != NameGender::Unknown ? listed : genderByEnding(name);
-}
-
 NameGender genderOfCandidate(const QString& name, const FoldedText& cvText) {
     for (const NameGender gender : {listedGender(name), genderByWords(cvText), genderByProfession(cvText)}) {
         if (gender != NameGender::Unknown) {

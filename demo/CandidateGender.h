@@ -9,11 +9,8 @@
 
 namespace dorvantel {
 
-/// By a list of first names, else by how the first name ends; a second given name decides where the first is unknown.
-/// Unknown only for an empty name.
-NameGender genderOfName(const QString& name);
-
-/// What the CV itself says where the name is not in the list: "Sexo: mujer", "casada", "enfermera".
+/// By a list of first names, where a second given name decides if the first is unknown; else by what the CV itself says
+/// ("Sexo: mujer", "casada", "enfermera"), else by how the first name ends. Unknown only when there is no name either.
 NameGender genderOfCandidate(const QString& name, const FoldedText& cvText);
 
 } // namespace dorvantel

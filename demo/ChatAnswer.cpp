@@ -85,11 +85,8 @@ QString extractionAnswer(const CvFacts& facts) {
 QString mailAnswer(const CvFacts& facts, const QString& signature) {
     const QString pronoun = facts.gender == NameGender::Feminine ? u"invitarla"_s : u"invitarle"_s;
     const QString body =
-        u"Le agradecemos sinceramente su participación en nuestro proceso de selección y el tiempo que "
-        "le ha dedicado. "_s +
-        praise(facts) +
-        u"\n\nNos complace comunicarle que próximamente nos pondremos en contacto con "
-        "usted para "_s +
+        u"Le agradecemos sinceramente su participación en nuestro proceso de selección y el tiempo que le ha dedicado. "_s +
+        praise(facts) + u"\n\nNos complace comunicarle que próximamente nos pondremos en contacto con usted para "_s +
         pronoun +
         u" a una entrevista de trabajo, en la que podremos conocer mejor su experiencia y resolver "
         "cualquier duda que tenga sobre el puesto.\n\nReciba un cordial saludo,\n\n"_s;
@@ -107,8 +104,7 @@ QString chatAnswer(const QString& prompt) {
         break;
     }
     return u"Este servidor no es un modelo de lenguaje: es el sustituto de demostración de Dorvantel. Solo sabe "
-           u"extraer "
-           "los datos de un currículum y redactar el correo de agradecimiento."_s;
+           "extraer los datos de un currículum y redactar el correo de agradecimiento."_s;
 }
 
 } // namespace dorvantel

@@ -8,8 +8,8 @@
 
 namespace dorvantel {
 
-/// A few sentences about the candidate in the CV's own words: from the profile section, else from running
-/// text under the name. Empty when there is neither.
+/// A few sentences about the candidate in the CV's own words: from the profile section, else from running text under
+/// the name. Empty when there is neither.
 QString summaryIn(const CvText& cv);
 
 } // namespace dorvantel

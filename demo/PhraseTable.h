@@ -34,8 +34,8 @@ public:
     /// A phrase added twice keeps its first meaning.
     void add(const QString& phrase, int id, bool ambiguous = false);
 
-    /// In the order of the text. A phrase may run over a line end, but not over the end of a sentence, and
-    /// none is found in a web or e-mail address.
+    /// In the order of the text. A phrase may run over a line end, but not over the end of a sentence, and none is
+    /// found in a web or e-mail address.
     std::vector<PhraseMatch> find(const std::vector<Word>& words) const;
 
     /// The id of the phrase that is all of `words`, or -1.

@@ -17,11 +17,11 @@ const QColor grey(0x6b, 0x72, 0x80);
 
 struct Styles {
     QColor accent;
-    TextStyle body;
-    TextStyle small{8.5, QFont::Normal, grey};
-    TextStyle entry{10, QFont::DemiBold};
-    TextStyle place{9.5, QFont::Medium, accent};
-    TextStyle heading{11.5, QFont::Bold, accent};
+    SampleTextStyle body;
+    SampleTextStyle small{8.5, QFont::Normal, grey};
+    SampleTextStyle entry{10, QFont::DemiBold};
+    SampleTextStyle place{9.5, QFont::Medium, accent};
+    SampleTextStyle heading{11.5, QFont::Bold, accent};
 };
 
 Styles stylesOf(const SampleCv& cv) {
@@ -140,8 +140,8 @@ void drawSidebar(const SampleCv& cv, QPainter& painter, QPaintDevice& device, co
     };
     drawBar();
     drawInitials(cv, painter, device, barWidth / 2, 84);
-    const TextStyle light{9, QFont::Normal, QColor(255, 255, 255, 235)};
-    const TextStyle lightHeading{11, QFont::Bold, Qt::white};
+    const SampleTextStyle light{9, QFont::Normal, QColor(255, 255, 255, 235)};
+    const SampleTextStyle lightHeading{11, QFont::Bold, Qt::white};
     SampleColumn bar(painter, device, QRectF(24, 146, barWidth - 44, pageHeight - 180), [] {});
     bar.text(u"Contacto"_s, lightHeading);
     bar.space(4);

@@ -18,7 +18,7 @@ namespace {
 
 constexpr double pointsPerInch = 72;
 
-QFont fontOf(const TextStyle& style) {
+QFont fontOf(const SampleTextStyle& style) {
     QFont font(u"Inter"_s);
     font.setPointSizeF(style.size);
     font.setWeight(style.weight);
@@ -28,7 +28,8 @@ QFont fontOf(const TextStyle& style) {
     return font;
 }
 
-void fill(QTextDocument& document, QPaintDevice& device, const QString& text, const TextStyle& style, double width) {
+void fill(QTextDocument& document, QPaintDevice& device, const QString& text, const SampleTextStyle& style,
+          double width) {
     document.documentLayout()->setPaintDevice(&device);
     document.setDocumentMargin(0);
     document.setDefaultFont(fontOf(style));
@@ -66,13 +67,13 @@ void SampleColumn::need(double points) {
     }
 }
 
-double SampleColumn::height(const QString& text, const TextStyle& style, double width) const {
+double SampleColumn::height(const QString& text, const SampleTextStyle& style, double width) const {
     QTextDocument document;
     fill(document, m_device, text, style, units(width));
     return document.size().height() / units(1);
 }
 
-void SampleColumn::draw(const QString& text, const TextStyle& style, double x, double y, double width) {
+void SampleColumn::draw(const QString& text, const SampleTextStyle& style, double x, double y, double width) {
     QTextDocument document;
     fill(document, m_device, text, style, units(width));
     m_painter.save();
@@ -81,7 +82,7 @@ void SampleColumn::draw(const QString& text, const TextStyle& style, double x, d
     m_painter.restore();
 }
 
-void SampleColumn::text(const QString& text, const TextStyle& style, double indent) {
+void SampleColumn::text(const QString& text, const SampleTextStyle& style, double indent) {
     const double width = m_area.width() - indent;
     const double tall = height(text, style, width);
     need(tall);
@@ -89,21 +90,21 @@ void SampleColumn::text(const QString& text, const TextStyle& style, double inde
     m_y += tall;
 }
 
-void SampleColumn::line(const QString& left, const TextStyle& leftStyle, const QString& right,
-                        const TextStyle& rightStyle) {
+void SampleColumn::line(const QString& left, const SampleTextStyle& leftStyle, const QString& right,
+                        const SampleTextStyle& rightStyle) {
     const double rightWidth = QFontMetricsF(fontOf(rightStyle), &m_device).horizontalAdvance(right) / units(1) + 2;
     const double leftWidth = m_area.width() - rightWidth - 8;
     const double tall = height(left, leftStyle, leftWidth);
     need(tall);
     draw(left, leftStyle, m_area.left(), m_y, leftWidth);
-    TextStyle atRight = rightStyle;
+    SampleTextStyle atRight = rightStyle;
     atRight.alignment = Qt::AlignRight;
     const double baseline = (leftStyle.size - rightStyle.size) * 0.9;
     draw(right, atRight, m_area.right() - rightWidth, m_y + baseline, rightWidth);
     m_y += tall;
 }
 
-void SampleColumn::bullet(const QString& text, const TextStyle& style, const QColor& dot) {
+void SampleColumn::bullet(const QString& text, const SampleTextStyle& style, const QColor& dot) {
     constexpr double indent = 11;
     const double tall = height(text, style, m_area.width() - indent);
     need(tall);
@@ -116,7 +117,7 @@ void SampleColumn::bullet(const QString& text, const TextStyle& style, const QCo
     m_y += tall;
 }
 
-void SampleColumn::chips(const QStringList& texts, const TextStyle& style, const QColor& outline) {
+void SampleColumn::chips(const QStringList& texts, const SampleTextStyle& style, const QColor& outline) {
     const QFontMetricsF metrics(fontOf(style), &m_device);
     const double padding = 7;
     const double tall = style.size * 1.9;

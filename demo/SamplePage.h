@@ -13,7 +13,7 @@
 
 namespace dorvantel {
 
-struct TextStyle {
+struct SampleTextStyle {
     double size = 9.5; ///< points
     QFont::Weight weight = QFont::Normal;
     QColor color = QColor(0x1f, 0x29, 0x37);
@@ -34,18 +34,19 @@ public:
     void need(double points);
 
     /// Wrapped at the column's width, `indent` from its left.
-    void text(const QString& text, const TextStyle& style, double indent = 0);
+    void text(const QString& text, const SampleTextStyle& style, double indent = 0);
     /// Two texts on one line, the second at the right edge.
-    void line(const QString& left, const TextStyle& leftStyle, const QString& right, const TextStyle& rightStyle);
-    void bullet(const QString& text, const TextStyle& style, const QColor& dot);
+    void line(const QString& left, const SampleTextStyle& leftStyle, const QString& right,
+              const SampleTextStyle& rightStyle);
+    void bullet(const QString& text, const SampleTextStyle& style, const QColor& dot);
     /// Rounded labels, as many on a line as fit.
-    void chips(const QStringList& texts, const TextStyle& style, const QColor& outline);
+    void chips(const QStringList& texts, const SampleTextStyle& style, const QColor& outline);
     void rule(const QColor& color, double thickness);
 
 private:
     double units(double points) const; ///< of the device
-    double height(const QString& text, const TextStyle& style, double width) const;
-    void draw(const QString& text, const TextStyle& style, double x, double y, double width);
+    double height(const QString& text, const SampleTextStyle& style, double width) const;
+    void draw(const QString& text, const SampleTextStyle& style, double x, double y, double width);
 
     QPainter& m_painter;
     QPaintDevice& m_device;

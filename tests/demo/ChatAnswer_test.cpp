@@ -125,6 +125,11 @@ TEST(Surname, KeepsItsParticles) {
     EXPECT_EQ(surnameOf(u"Pedro del Río Arce"_s), u"del Río"_s);
 }
 
+/// Of a candidate whose CV says nothing about it.
+NameGender genderOfName(const QString& name) {
+    return genderOfCandidate(name, FoldedText({}));
+}
+
 TEST(Gender, ComesFromTheFirstName) {
     EXPECT_EQ(genderOfName(u"María José López"_s), NameGender::Feminine);
     EXPECT_EQ(genderOfName(u"José María López"_s), NameGender::Masculine);
