@@ -119,11 +119,6 @@ void TokenEditor::setText(const QString& text) {
     relayout();
 }
 
-void TokenEditor::setPlaceholderText(const QString& text) {
-    m_placeholder = text;
-    tokensChanged();
-}
-
 void TokenEditor::setFieldName(const QString& name) {
     setAccessibleName(name);
     m_input->setAccessibleName(name);
@@ -171,7 +166,6 @@ void TokenEditor::dropChip(qsizetype index) {
 }
 
 void TokenEditor::tokensChanged() {
-    m_input->setPlaceholderText(m_chips.empty() ? m_placeholder : QString());
     const QString all = requiredStrings(objectValue()).join(u", "_s);
     setAccessibleDescription(all);
     m_input->setAccessibleDescription(all);
@@ -259,6 +253,12 @@ void TokenEditor::select(const TokenSelection& selection) {
     }
 }
 
+void TokenEditor::selectOnly(qsizetype index) {
+    TokenSelection selection;
+    selection.selectOnly(index);
+    select(selection);
+}
+
 void TokenEditor::focusText() {
     select({});
     m_input->setFocus();
@@ -275,9 +275,7 @@ void TokenEditor::deleteSelected(bool staysAmongChips) {
     }
     tokensChanged();
     if (staysAmongChips && *doomed.begin() < count()) {
-        TokenSelection next;
-        next.selectOnly(*doomed.begin());
-        select(next);
+        selectOnly(*doomed.begin());
     } else {
         focusText();
     }

@@ -53,9 +53,6 @@ public:
     QString text() const;
     void setText(const QString& text);
 
-    /// Shown while there are neither tokens nor text.
-    void setPlaceholderText(const QString& text);
-
     /// What screen readers call the field.
     void setFieldName(const QString& name);
 
@@ -101,12 +98,15 @@ private:
     void offerCompletions();
 
     bool textKey(QKeyEvent& event);
+    bool insertNewline();
+    bool insertTab();
     bool deleteBackward(const QKeyEvent& event);
     bool chipKey(QKeyEvent& event);
     bool moveKey(const QKeyEvent& event);
     bool chipEvent(TokenChip* chip, QEvent* event);
 
     void select(const TokenSelection& selection);
+    void selectOnly(qsizetype index);
     void focusText();
     std::optional<qsizetype> chipOnLine(qsizetype from, int direction) const;
     void deleteSelected(bool staysAmongChips);
@@ -120,7 +120,6 @@ private:
     CompletionPopup* m_completion;
     std::vector<TokenChip*> m_chips;
     TokenSelection m_selection;
-    QString m_placeholder;
     int m_maximumLines = 4;
 };
 

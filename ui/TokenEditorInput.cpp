@@ -75,23 +75,9 @@ bool TokenEditor::textKey(QKeyEvent& event) {
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (m_delegate.doCommand(TextCommand::InsertNewline)) {
-            return true;
-        }
-        if (m_input->text().isEmpty() && m_completion->highlighted().isEmpty()) {
-            return false; // for the window's default button
-        }
-        commitText();
-        return true;
+        return insertNewline();
     case Qt::Key_Tab:
-        if (m_delegate.doCommand(TextCommand::InsertTab)) {
-            return true;
-        }
-        if (!m_completion->isVisible()) {
-            return false; // moves the focus, and that ends editing
-        }
-        commitByTab();
-        return true;
+        return insertTab();
     case Qt::Key_Backspace:
         return deleteBackward(event);
     case Qt::Key_Delete:
@@ -113,12 +99,32 @@ bool TokenEditor::textKey(QKeyEvent& event) {
     }
     const int back = isRightToLeft() ? Qt::Key_Right : Qt::Key_Left;
     if (event.key() == back && atStart && count() > 0) {
-        TokenSelection last;
-        last.selectOnly(count() - 1);
-        select(last);
+        selectOnly(count() - 1);
         return true;
     }
     return false;
+}
+
+bool TokenEditor::insertNewline() {
+    if (m_delegate.doCommand(TextCommand::InsertNewline)) {
+        return true;
+    }
+    if (m_input->text().isEmpty() && m_completion->highlighted().isEmpty()) {
+        return false; // for the window's default button
+    }
+    commitText();
+    return true;
+}
+
+bool TokenEditor::insertTab() {
+    if (m_delegate.doCommand(TextCommand::InsertTab)) {
+        return true;
+    }
+    if (!m_completion->isVisible()) {
+        return false; // moves the focus, and that ends editing
+    }
+    commitByTab();
+    return true;
 }
 
 bool TokenEditor::deleteBackward(const QKeyEvent& event) {
@@ -130,9 +136,7 @@ bool TokenEditor::deleteBackward(const QKeyEvent& event) {
     }
     // A key that is held to clear the text must not go on into the tokens.
     if (!event.isAutoRepeat()) {
-        TokenSelection last;
-        last.selectOnly(count() - 1);
-        select(last);
+        selectOnly(count() - 1);
     }
     return true;
 }

@@ -26,15 +26,6 @@ protected:
     }
 };
 
-TEST_F(EditorView, ThePlaceholderShowsWhileThereAreNoTokens) {
-    editor->setPlaceholderText(u"Añadir…"_s);
-    EXPECT_EQ(input()->placeholderText(), u"Añadir…"_s);
-    typeToken(u"Go"_s);
-    EXPECT_EQ(input()->placeholderText(), QString());
-    hold({});
-    EXPECT_EQ(input()->placeholderText(), u"Añadir…"_s);
-}
-
 TEST_F(EditorView, TheFieldGrowsWithItsLines) {
     const int one = editor->height();
     hold(numbered(8));
