@@ -19,7 +19,7 @@ const QString embeddingKey = u"selectedEmbeddingModel"_s;
 AppSettings::AppSettings(std::unique_ptr<QSettings> store, QObject* parent)
     : QObject(parent)
     , m_store(std::move(store))
-    , m_ollamaURL(stored(urlKey).value_or(u"http://localhost:11434"_s)) {
+    , m_ollamaURL(stored(urlKey).value_or(defaultURL.toString())) {
     setSelectedEmbeddingModel(stored(embeddingKey));
     setSelectedLLMModel(stored(llmKey));
 }

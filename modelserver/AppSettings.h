@@ -25,6 +25,9 @@ class AppSettings : public QObject {
     Q_PROPERTY(bool bothModelsChosen READ bothModelsChosen NOTIFY bothModelsChosenChanged)
 
 public:
+    /// The address as long as the user has chosen none.
+    static constexpr QStringView defaultURL = u"http://localhost:11434";
+
     /// Loads what `store` holds. A store that cannot be read counts as empty.
     explicit AppSettings(std::unique_ptr<QSettings> store, QObject* parent = nullptr);
     ~AppSettings() override;

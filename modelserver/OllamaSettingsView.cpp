@@ -21,15 +21,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString defaultURL = u"http://localhost:11434"_s;
-
 struct SettingsURLExample {
     QStringView title;
     QStringView url;
 };
 
 constexpr std::array urlExamples{
-    SettingsURLExample{u"Local (default)", u"http://localhost:11434"},
+    SettingsURLExample{u"Local (default)", AppSettings::defaultURL},
     SettingsURLExample{u"Custom port", u"http://localhost:8080"},
     SettingsURLExample{u"Remote server", u"http://192.168.1.100:11434"},
 };
@@ -86,12 +84,12 @@ QWidget* OllamaSettingsView::addressRow() {
     auto* row = new QWidget;
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
-    m_urlText->setPlaceholderText(defaultURL);
+    m_urlText->setPlaceholderText(AppSettings::defaultURL.toString());
     m_urlText->setAccessibleName(u"Ollama Server URL"_s);
     layout->addWidget(m_urlText, 1);
     auto* reset = new QPushButton(u"Reset"_s);
     reset->setObjectName(u"reset"_s);
-    connect(reset, &QPushButton::clicked, this, [this] { m_urlText->setText(defaultURL); });
+    connect(reset, &QPushButton::clicked, this, [this] { m_urlText->setText(AppSettings::defaultURL.toString()); });
     layout->addWidget(reset);
     return row;
 }
