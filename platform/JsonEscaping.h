@@ -3,18 +3,14 @@
 #pragma once
 
 #include "platform/JsonBlocks.h"
+#include "platform/JsonCharacters.h"
 
 #include <bit>
 #include <string_view>
 
 namespace dorvantel {
 
-/// Whether a character cannot stand for itself inside a JSON string.
-constexpr bool needsJsonEscape(char character) {
-    return static_cast<unsigned char>(character) < 0x20 || character == '"' || character == '\\';
-}
-
-/// What stands for a character that needs it.
+/// What stands for a character that cannot stand for itself.
 constexpr std::string_view jsonEscape(char character) {
     switch (character) {
     case '"':
@@ -45,7 +41,7 @@ inline std::size_t findJsonEscape(std::string_view utf8, std::size_t from) {
             return from + static_cast<std::size_t>(std::countr_zero(special));
         }
     }
-    while (from < utf8.size() && !needsJsonEscape(utf8[from])) {
+    while (from < utf8.size() && isOrdinary(utf8[from])) {
         ++from;
     }
     return from;

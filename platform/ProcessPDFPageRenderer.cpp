@@ -133,17 +133,17 @@ void ProcessPDFPageRenderer::read() {
     }
 }
 
-bool ProcessPDFPageRenderer::readPageSizes() {
+void ProcessPDFPageRenderer::readPageSizes() {
     const qsizetype count = m_document->pageCount();
     const qsizetype size = qsizetype(sizeof(RenderOpened)) + count * qsizetype(sizeof(RenderPageSize));
     if (m_process->bytesAvailable() < size) {
-        return false;
+        return;
     }
     const QByteArray bytes = m_process->read(size);
     if (std::memcmp(bytes.constData(), RenderOpened::signature.data(), sizeof(RenderOpened)) != 0 ||
         m_process->bytesAvailable() > 0) {
         fail();
-        return false;
+        return;
     }
     m_isReady = true;
     m_limit.stop();
@@ -153,7 +153,6 @@ bool ProcessPDFPageRenderer::readPageSizes() {
     if (std::exchange(m_isOpening, false)) {
         Q_EMIT opened(pageSizes(QByteArrayView(bytes).sliced(sizeof(RenderOpened))));
     }
-    return true;
 }
 
 /// The head of an answer. True when pixels follow.

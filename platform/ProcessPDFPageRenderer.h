@@ -40,7 +40,7 @@ private:
     void end();
     void fail();
     void read();
-    bool readPageSizes();
+    void readPageSizes();
     bool readAnswer();
     void readPixels();
     void report(const QImage& image);

@@ -19,9 +19,9 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* versionsText =
-    "SELECT id, name, profession, email, summary, mail, cv_json, cv_text, state, strftime('%Y-%m-%dT%H:%M:%SZ', "
-    "stored_at, "
-    "'unixepoch'), coalesce(strftime('%Y-%m-%dT%H:%M:%SZ', ended_at, 'unixepoch'), '') "
+    "SELECT id, name, profession, email, summary, mail, cv_json, cv_text, state, "
+    "strftime('%Y-%m-%dT%H:%M:%SZ', stored_at, 'unixepoch'), "
+    "coalesce(strftime('%Y-%m-%dT%H:%M:%SZ', ended_at, 'unixepoch'), '') "
     "FROM (SELECT id, name, profession, email, summary, mail, cv_json, cv_text, ended_by AS state, stored_at, ended_at "
     "FROM history WHERE email = ?1 UNION ALL "
     "SELECT id, name, profession, email, summary, mail, cv_json, cv_text, 'current', stored_at, NULL "
