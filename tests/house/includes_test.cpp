@@ -27,7 +27,7 @@ const QMap<QString, QSet<QString>> allowedEdges = {
     {u"intake"_s, {u"data"_s, u"modelserver"_s, u"ui"_s, u"platform"_s}},
     {u"search"_s, {u"data"_s, u"modelserver"_s, u"ui"_s, u"platform"_s}},
     {u"app"_s, {u"records"_s, u"intake"_s, u"search"_s, u"data"_s, u"modelserver"_s, u"ui"_s, u"platform"_s}},
-    {u"service"_s, {u"data"_s, u"platform"_s}},
+    {u"service"_s, {u"platform"_s}},
     {u"demo"_s, {u"data"_s, u"platform"_s}},
 };
 
