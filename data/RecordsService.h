@@ -25,8 +25,7 @@ QString caseName(APIError error);
 
 /// The store of candidates, as the rest of the program is written against it. Lives on the UI thread; every call
 /// returns at once, and every completion is called once, on the UI thread, never from inside the call. Only a statement
-/// that has no UTF-8 form is never answered.
-/// Calls run independently: answers may come in any order.
+/// that has no UTF-8 form is never answered. Calls run independently: answers may come in any order.
 class RecordsService {
 public:
     template <typename Value>

@@ -151,7 +151,8 @@ public:
 
     QString cleaned() {
         QString result(static_cast<qsizetype>(m_text.size()), Qt::Uninitialized);
-        m_begin = m_out = reinterpret_cast<char16_t*>(result.data());
+        char16_t* const begin = reinterpret_cast<char16_t*>(result.data());
+        m_out = begin;
         std::size_t position = 0;
         while (position < m_text.size()) {
             position = cleanPlain(position);
@@ -159,7 +160,7 @@ public:
                 position = cleanClusters(position);
             }
         }
-        result.truncate(m_out - m_begin);
+        result.truncate(m_out - begin);
         return result;
     }
 
@@ -254,7 +255,6 @@ private:
     const UnitClasses& m_classes = unitClasses();
     std::unique_ptr<icu::BreakIterator> m_clusters;
     Previous m_previous = Previous::None;
-    char16_t* m_begin = nullptr;
     char16_t* m_out = nullptr;
 };
 

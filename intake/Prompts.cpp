@@ -32,9 +32,8 @@ constexpr QStringView example =
 constexpr QStringView mailRequest =
     u"Quiero que generes un texto agradeciéndole al candidato su participación en el proceso de selección en le que se "
     "le informe que próximamente se le invitará a una entrevista de trabajo. La respuesta debe ser formal y debe "
-    "empezar "
-    "por \"Estimado Sr\" o \"Estimada Sra\" dependiendo del sexo del candidato de la persona y firma con el nombre "
-    "\"Marta Salinas, Senior Recruiter, Ostrel de México\".";
+    "empezar por \"Estimado Sr\" o \"Estimada Sra\" dependiendo del sexo del candidato de la persona y firma "
+    "con el nombre \"Marta Salinas, Senior Recruiter, Ostrel de México\".";
 
 constexpr QStringView displayNeed = u"\nNecesitas extraer la siguiente información del CV";
 constexpr QStringView displayFields =

@@ -37,7 +37,7 @@ QAccessibleInterface* accessibleWithRole(const QString&, QObject* object) {
 } // namespace
 
 void setAccessibleRole(QWidget& widget, QAccessible::Role role) {
-    QAccessible::installFactory(accessibleWithRole); // once: it is known by then
+    QAccessible::installFactory(accessibleWithRole); // nothing when it is known already
     widget.setProperty(roleProperty, static_cast<int>(role));
 }
 

@@ -21,8 +21,8 @@ class PDFPageRenderer;
 ///
 /// Never waits for the pages: the ones in sight are drawn first, then the one below and the one above, one at a time,
 /// and what nobody looks at any more is not drawn. A page not drawn yet is a blank sheet with its number; one that
-/// cannot be drawn says so. The images of the pages take 160 MB at most, one of them 48 MB at most: a page
-/// that the screen has more than 12 million pixels for is drawn with these. Lives on the UI thread.
+/// cannot be drawn says so. The images of the pages take 160 MB at most, one of them 48 MB at most: a page that the
+/// screen has more than 12 million pixels for is drawn with these. Lives on the UI thread.
 class PDFView final : public QAbstractScrollArea {
     Q_OBJECT
 

@@ -16,8 +16,7 @@
 namespace dorvantel {
 
 /// Goes through the real program, with the real records service and the stand-in model server, as a recruiter would: by
-/// drops, keys and clicks. Leaves one picture per step. A step that fails throws
-/// std::runtime_error with the step's name.
+/// drops, keys and clicks. Leaves one picture per step. A step that fails throws std::runtime_error with its name.
 class Tour {
 public:
     /// Pictures go to `out`; the main window has `windowSize`.

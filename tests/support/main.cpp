@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include <QApplication>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <algorithm>
