@@ -10,7 +10,10 @@
 
 #include <QSet>
 
+#include <mutex>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace dorvantel {
 namespace {
@@ -25,13 +28,15 @@ public:
         m_server.Get("/curriculums", [listed](const httplib::Request&, httplib::Response& response) {
             response.set_content(json({{"response", listed}}).dump(), "application/json");
         });
-        m_server.Post("/curriculums",
-                      [this, insertStatus](const httplib::Request& request, httplib::Response& response) {
-                          contentTypes.push_back(request.get_header_value("Content-Type"));
-                          inserted.push_back(json::parse(request.body));
-                          response.status = insertStatus;
-                          response.set_content(request.body, "application/json");
-                      });
+        m_server.Post(
+            "/curriculums", [this, insertStatus](const httplib::Request& request, httplib::Response& response) {
+                {
+                    const std::scoped_lock lock(m_mutex);
+                    m_inserts.push_back({request.get_header_value("Content-Type"), json::parse(request.body)});
+                }
+                response.status = insertStatus;
+                response.set_content(request.body, "application/json");
+            });
         m_port = m_server.bind_to_any_port("127.0.0.1");
         m_thread = std::thread([this] { m_server.listen_after_bind(); });
         while (!m_server.is_running()) {
@@ -44,10 +49,18 @@ public:
     }
     QString url() const { return u"http://127.0.0.1:%1/curriculums"_s.arg(m_port); }
 
-    std::vector<json> inserted;
-    std::vector<std::string> contentTypes;
+    struct Insert {
+        std::string contentType;
+        json body;
+    };
+    std::vector<Insert> inserts() const {
+        const std::scoped_lock lock(m_mutex);
+        return m_inserts;
+    }
 
 private:
+    mutable std::mutex m_mutex; // the server answers every connection on a thread of its own
+    std::vector<Insert> m_inserts;
     httplib::Server m_server;
     int m_port = 0;
     std::thread m_thread;
@@ -83,16 +96,17 @@ TEST(InsertBody, WithoutAFileHasNoKeyForIt) {
 TEST(FillRecords, InsertsEveryCandidateInOrder) {
     FakeRecords records;
     EXPECT_EQ(fillRecords(records.url(), {record(u"a@example.com"_s), record(u"b@example.com"_s)}), 2);
-    ASSERT_EQ(records.inserted.size(), 2U);
-    EXPECT_EQ(records.inserted[0]["email"], "a@example.com");
-    EXPECT_EQ(records.inserted[1]["email"], "b@example.com");
-    EXPECT_EQ(records.contentTypes[0], "application/json");
+    const auto inserts = records.inserts();
+    ASSERT_EQ(inserts.size(), 2U);
+    EXPECT_EQ(inserts[0].body["email"], "a@example.com");
+    EXPECT_EQ(inserts[1].body["email"], "b@example.com");
+    EXPECT_EQ(inserts[0].contentType, "application/json");
 }
 
 TEST(FillRecords, LeavesAServiceWithRecordsAlone) {
     FakeRecords records(json({{{"email", "someone@example.com"}}}));
     EXPECT_EQ(fillRecords(records.url(), {record(u"a@example.com"_s)}), 0);
-    EXPECT_TRUE(records.inserted.empty());
+    EXPECT_TRUE(records.inserts().empty());
 }
 
 TEST(FillRecords, StopsAtTheFirstRefusalAndNamesIt) {
@@ -100,7 +114,7 @@ TEST(FillRecords, StopsAtTheFirstRefusalAndNamesIt) {
     const auto filled = fillRecords(records.url(), {record(u"a@example.com"_s), record(u"b@example.com"_s)});
     ASSERT_FALSE(filled.has_value());
     EXPECT_TRUE(filled.error().startsWith(u"a@example.com: HTTP 200 "_s)) << filled.error().toStdString();
-    EXPECT_EQ(records.inserted.size(), 1U);
+    EXPECT_EQ(records.inserts().size(), 1U);
 }
 
 TEST(FillRecords, TellsWhatIsWrongWithTheAddress) {
