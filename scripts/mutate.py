@@ -131,7 +131,7 @@ def attempt(mutation, target, *selection):
     try:
         succeeded, output = build(target)
         if not succeeded:
-            return "does not compile", next((line for line in output.splitlines() if "error" in line), output)
+            return "does not compile", next((line for line in output.splitlines() if " error: " in line), output)
         succeeded, output = test(*selection)
         return ("survived", "") if succeeded else ("noticed", failed_test(output))
     finally:

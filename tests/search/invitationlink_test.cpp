@@ -121,6 +121,11 @@ TEST(InvitationLinkDeathTest, AddressThatAURLCannotHoldStopsTheProgram) {
     }
 }
 
+TEST(InvitationLinkDeathTest, AddressThatReadsAsAHostWithABrokenPortStopsTheProgram) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_DEATH(invitationLink(u"//ana:x"_s, u"x"_s), "Fatal error: an invitation is not a URL\n");
+}
+
 TEST(InvitationLinkDeathTest, MailThatIsNotUnicodeStopsTheProgram) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_DEATH(invitationLinkText(u"a@example.org"_s, QString(QChar(0xd800))),
