@@ -66,13 +66,13 @@ bool GroupCommit::runTogether(std::span<Entry* const> group) {
     try {
         SqliteTransaction transaction(m_database);
         hasBegun = true;
-        std::vector<std::int64_t> retired;
+        std::vector<Change> changes;
         for (Entry* const entry : group) {
-            if (const Retired version = runInSavepoint(*entry)) {
-                retired.push_back(*version);
+            if (const auto change = runInSavepoint(*entry)) {
+                changes.push_back(*change);
             }
         }
-        m_commit(transaction, retired);
+        m_commit(transaction, changes);
         return true;
     } catch (...) {
         for (Entry* const entry : group) {
@@ -83,13 +83,13 @@ bool GroupCommit::runTogether(std::span<Entry* const> group) {
 }
 
 /// A failure that leaves the transaction alive is the entry's own; others are thrown.
-GroupCommit::Retired GroupCommit::runInSavepoint(Entry& entry) {
+std::optional<GroupCommit::Change> GroupCommit::runInSavepoint(Entry& entry) {
     entry.failure = nullptr;
     m_save.run();
     try {
-        const Retired retired = entry.write();
+        const Change change = entry.write();
         m_release.run();
-        return retired;
+        return change;
     } catch (...) {
         if (sqlite3_get_autocommit(m_database.handle()) != 0) {
             throw;

@@ -18,12 +18,16 @@ namespace dorvantel::service {
 /// takes only itself back. Any thread; a write returns when it is durable.
 class GroupCommit {
 public:
-    /// A version that the write takes out of the current candidates, when there is one.
-    using Retired = std::optional<std::int64_t>;
+    /// What a write did.
+    struct Change {
+        std::optional<std::int64_t> retired = {}; ///< the version that it took out of the current candidates
+        int candidates = 0;                       ///< how many more there are
+        int waiting = 0;                          ///< how many more wait for a vector
+    };
     /// Changes the database; may be called again when its transaction had to be given up.
-    using Write = std::function<Retired()>;
-    /// Commits, so that nobody sees the versions in `retired` afterwards.
-    using Commit = std::function<void(SqliteTransaction& transaction, std::span<const std::int64_t> retired)>;
+    using Write = std::function<Change()>;
+    /// Commits, so that nobody sees the retired versions afterwards.
+    using Commit = std::function<void(SqliteTransaction& transaction, std::span<const Change> changes)>;
 
     /// `database` must outlive this object and is used by nobody else while a write runs.
     GroupCommit(const SqliteDatabase& database, Commit commit);
@@ -48,7 +52,7 @@ private:
 
     void runGroup(std::span<Entry* const> group);
     bool runTogether(std::span<Entry* const> group);
-    Retired runInSavepoint(Entry& entry);
+    std::optional<Change> runInSavepoint(Entry& entry);
 
     const SqliteDatabase& m_database;
     Commit m_commit;

@@ -37,8 +37,7 @@ SqliteReader::SqliteReader(const std::string& path)
                         "LEFT JOIN pdf ON pdf.record = record.id WHERE record.email = ?")
     , m_queued(m_database,
                "SELECT id, name, email, profession, summary, cv_json FROM embedding_queue JOIN record ON id = record "
-               "WHERE record > ? ORDER BY record LIMIT 1")
-    , m_counts(m_database, "SELECT (SELECT count(*) FROM record), (SELECT count(*) FROM embedding_queue)") {}
+               "WHERE record > ? ORDER BY record LIMIT 1") {}
 
 void SqliteReader::beginSnapshot() {
     m_begin.run();
@@ -46,7 +45,7 @@ void SqliteReader::beginSnapshot() {
 }
 
 void SqliteReader::endSnapshot() noexcept {
-    for (SqliteStatement* const statement : {&m_list, &m_ids, &m_byId, &m_pdf, &m_queued, &m_counts}) {
+    for (SqliteStatement* const statement : {&m_list, &m_ids, &m_byId, &m_pdf, &m_queued}) {
         statement->reset();
     }
     while (m_traits.size() > keptTraitStatements) {

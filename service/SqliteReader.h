@@ -27,7 +27,6 @@ public:
     SqliteStatement& ids() { return m_ids; }       ///< of every candidate, in any order
     SqliteStatement& byId() { return m_byId; }     ///< the same columns of one version, current or not
     SqliteStatement& pdf() { return m_pdf; }       ///< of an e-mail: the version, whether it has a PDF, and its length
-    SqliteStatement& counts() { return m_counts; } ///< of the candidates, and of those in the queue for vectors
     SqliteStatement& queued() { return m_queued; } ///< the next one in the queue for vectors behind an id
     /// The versions that have a value, by rising id; one statement for each condition of a plan.
     SqliteStatement& trait(std::size_t index);
@@ -44,7 +43,6 @@ private:
     SqliteStatement m_byId;
     SqliteStatement m_pdf;
     SqliteStatement m_queued;
-    SqliteStatement m_counts;
     std::deque<SqliteStatement> m_traits; ///< a deque: the statements must not move
 };
 

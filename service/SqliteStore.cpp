@@ -48,12 +48,17 @@ SqliteStore::SqliteStore(const std::filesystem::path& path, std::string embeddin
     : m_file(path)
     , m_model(std::move(embeddingModel))
     , m_writer(m_file.path())
-    , m_writes(m_writer.database(), [this](auto& transaction, auto retired) { commit(transaction, retired); })
+    , m_writes(m_writer.database(), [this](auto& transaction, auto changes) { commit(transaction, changes); })
     , m_readers(m_file.path())
     , m_logKeeper(m_writer.database(), m_file.path(), m_writes, m_readers) {
-    if (m_model.empty()) {
-        return;
+    if (!m_model.empty()) {
+        loadVectors();
     }
+    m_candidates = m_writer.database().number("SELECT count(*) FROM record");
+    m_waiting = m_writer.database().number("SELECT count(*) FROM embedding_queue");
+}
+
+void SqliteStore::loadVectors() {
     SqliteTransaction transaction(m_writer.database());
     m_writer.queueUnembedded(m_model);
     transaction.commit();
@@ -64,15 +69,20 @@ SqliteStore::SqliteStore(const std::filesystem::path& path, std::string embeddin
     });
 }
 
-void SqliteStore::commit(SqliteTransaction& transaction, std::span<const std::int64_t> retired) {
-    if (retired.empty()) {
-        transaction.commit();
-        return;
+void SqliteStore::commit(SqliteTransaction& transaction, std::span<const GroupCommit::Change> changes) {
+    const bool areRetiring =
+        std::ranges::any_of(changes, [](const auto& change) { return change.retired.has_value(); });
+    std::unique_lock lock(m_indexMutex, std::defer_lock);
+    if (areRetiring) {
+        lock.lock();
     }
-    const std::unique_lock lock(m_indexMutex);
     transaction.commit();
-    for (const std::int64_t id : retired) {
-        m_index.remove(id);
+    for (const GroupCommit::Change& change : changes) {
+        if (change.retired) {
+            m_index.remove(*change.retired);
+        }
+        m_candidates += change.candidates;
+        m_waiting += change.waiting;
     }
 }
 
@@ -80,11 +90,9 @@ Stored<void> SqliteStore::insert(const Record& record) {
     return guarded([&] {
         m_writes.run([&] {
             const auto earlier = m_writer.find(record.email);
-            if (earlier) {
-                m_writer.retire(*earlier, "replaced");
-            }
+            const bool wasWaiting = earlier && m_writer.retire(*earlier, "replaced");
             m_writer.add(record);
-            return earlier;
+            return GroupCommit::Change{earlier, earlier ? 0 : 1, wasWaiting ? 0 : 1};
         });
     });
 }
@@ -95,10 +103,8 @@ Stored<bool> SqliteStore::remove(std::string_view email) {
         m_writes.run([&] {
             const auto id = m_writer.find(email);
             isKnown = id.has_value();
-            if (id) {
-                m_writer.retire(*id, "deleted");
-            }
-            return id;
+            const bool wasWaiting = id && m_writer.retire(*id, "deleted");
+            return GroupCommit::Change{id, id ? -1 : 0, wasWaiting ? -1 : 0};
         });
         return isKnown;
     });
@@ -158,11 +164,8 @@ Stored<std::unique_ptr<Rows>> SqliteStore::runRanked(const Plan& plan, std::vect
 
 Stored<StoreStatus> SqliteStore::status() {
     return guarded([&] {
-        StoreStatus status{.embeddingModel = m_model};
-        const auto reader = m_readers.take();
-        reader->counts().step();
-        status.records = reader->counts().number(0);
-        status.vectorsPending = reader->counts().number(1);
+        m_readers.take(); // which reads a little, so that a store that cannot be read does not look well
+        StoreStatus status{.records = m_candidates, .vectorsPending = m_waiting, .embeddingModel = m_model};
         for (const char* const suffix : {"", "-wal"}) {
             std::error_code missing;
             const auto size = std::filesystem::file_size(m_file.path().string() + suffix, missing);
@@ -193,14 +196,35 @@ Stored<bool> SqliteStore::putVector(std::int64_t id, const std::vector<float>& v
     }
     return guarded([&] {
         SqliteTransaction transaction(m_writer.database());
-        const bool isKnown = m_writer.putVector(id, m_model, vector);
-        transaction.commit();
-        if (isKnown) {
-            const std::unique_lock indexLock(m_indexMutex);
-            m_index.put(id, vector);
+        const auto embedded = m_writer.putVector(id, m_model, vector);
+        if (!embedded.isKnown) {
+            return false;
         }
-        return isKnown;
+        // First into the index, which may lack the memory: what is stored and not in it would be missing from searches
+        // until a restart, and what is in it and not stored yet does no harm.
+        const std::optional<std::vector<float>> earlier = putIntoIndex(id, vector);
+        try {
+            transaction.commit();
+        } catch (...) {
+            const std::unique_lock indexLock(m_indexMutex);
+            if (earlier) {
+                m_index.put(id, *earlier);
+            } else {
+                m_index.remove(id);
+            }
+            throw;
+        }
+        m_waiting -= embedded.wasQueued ? 1 : 0;
+        return true;
     });
+}
+
+/// Returns the vector that was there before.
+std::optional<std::vector<float>> SqliteStore::putIntoIndex(std::int64_t id, std::span<const float> vector) {
+    const std::unique_lock lock(m_indexMutex);
+    std::optional<std::vector<float>> earlier = m_index.vector(id);
+    m_index.put(id, vector);
+    return earlier;
 }
 
 } // namespace dorvantel::service

@@ -11,6 +11,8 @@
 #include "service/StoreFile.h"
 #include "service/VectorIndex.h"
 
+#include <atomic>
+
 namespace dorvantel::service {
 
 /// The store that ships: one SQLite file with a write-ahead log, flushed to the disk before a write returns. One
@@ -33,7 +35,9 @@ public:
     Stored<bool> putVector(std::int64_t id, const std::vector<float>& vector) override;
 
 private:
-    void commit(SqliteTransaction& transaction, std::span<const std::int64_t> retired);
+    void loadVectors();
+    void commit(SqliteTransaction& transaction, std::span<const GroupCommit::Change> changes);
+    std::optional<std::vector<float>> putIntoIndex(std::int64_t id, std::span<const float> vector);
     Stored<std::unique_ptr<Rows>> runRanked(const Plan& plan, std::vector<Predicate> predicates);
 
     // In the order in which they must come to life and, backwards, end: the readers before the writer, whose end
@@ -46,6 +50,9 @@ private:
     /// index and store agree.
     FairSharedMutex m_indexMutex;
     VectorIndex m_index;
+    // As in the store; changed by whoever writes, once it is written.
+    std::atomic<std::int64_t> m_candidates = 0;
+    std::atomic<std::int64_t> m_waiting = 0; ///< for a vector
     SqliteReaderPool m_readers;
     LogKeeper m_logKeeper;
 };

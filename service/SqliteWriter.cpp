@@ -105,23 +105,29 @@ void SqliteWriter::add(const Record& record) {
     m_queue.run();
 }
 
-void SqliteWriter::retire(std::int64_t id, std::string_view endedBy) {
+bool SqliteWriter::unqueue(std::int64_t id) {
+    m_unqueue.bind(0, id);
+    m_unqueue.run();
+    return sqlite3_changes(m_database.handle()) > 0;
+}
+
+bool SqliteWriter::retire(std::int64_t id, std::string_view endedBy) {
+    const bool wasQueued = unqueue(id);
     m_keep.bind(0, endedBy);
     m_keep.bind(1, id);
     m_keep.run();
     m_delete.bind(0, id);
     m_delete.run();
+    return wasQueued;
 }
 
-bool SqliteWriter::putVector(std::int64_t id, std::string_view model, std::span<const float> vector) {
+SqliteWriter::Embedded SqliteWriter::putVector(std::int64_t id, std::string_view model, std::span<const float> vector) {
     m_putVector.bind(0, model);
     m_putVector.bindBlob(1, bytesOf(vector));
     m_putVector.bind(2, id);
     m_putVector.run();
     const bool isKnown = sqlite3_changes(m_database.handle()) > 0;
-    m_unqueue.bind(0, id);
-    m_unqueue.run();
-    return isKnown;
+    return {.isKnown = isKnown, .wasQueued = unqueue(id)};
 }
 
 void SqliteWriter::queueUnembedded(std::string_view model) {

@@ -23,11 +23,15 @@ public:
     std::optional<std::int64_t> find(std::string_view email);
     /// Stores a candidate whose e-mail is free and queues it for its vector.
     void add(const Record& record);
-    /// Moves a version to the history; its PDF stays, its vector goes.
-    void retire(std::int64_t id, std::string_view endedBy);
+    /// Moves a version to the history; its PDF stays, its vector goes. Whether it was in the queue.
+    bool retire(std::int64_t id, std::string_view endedBy);
 
-    /// Replaces the vector and takes the candidate from the queue; false when there is no such version.
-    bool putVector(std::int64_t id, std::string_view model, std::span<const float> vector);
+    /// Replaces the vector and takes the candidate from the queue.
+    struct Embedded {
+        bool isKnown = false; ///< there is such a version
+        bool wasQueued = false;
+    };
+    Embedded putVector(std::int64_t id, std::string_view model, std::span<const float> vector);
     /// Queues every candidate without a vector of `model`.
     void queueUnembedded(std::string_view model);
     /// Hands out every vector of `model`, by rising id.
@@ -35,6 +39,8 @@ public:
                      const std::function<void(std::int64_t id, std::span<const float> vector)>& take);
 
 private:
+    bool unqueue(std::int64_t id);
+
     SqliteDatabase m_database;
     SqliteStatement m_find;
     SqliteStatement m_add;

@@ -6,6 +6,15 @@
 
 namespace dorvantel::service {
 
+std::optional<std::vector<float>> VectorIndex::vector(std::int64_t id) const {
+    const auto entry = m_rowOfId.find(id);
+    if (entry == m_rowOfId.end()) {
+        return std::nullopt;
+    }
+    const auto values = m_rows.values(entry->second);
+    return std::vector<float>(values.begin(), values.end());
+}
+
 void VectorIndex::put(std::int64_t id, std::span<const float> vector) {
     const auto [entry, isNew] = m_rowOfId.try_emplace(id, m_rows.size());
     if (!isNew) {

@@ -19,7 +19,11 @@ public:
     std::size_t size() const { return m_rows.size(); }
     const VectorRows& rows() const { return m_rows; }
 
-    /// Takes or replaces a vector, which has the length of the others.
+    /// Nothing when it has none of this id.
+    std::optional<std::vector<float>> vector(std::int64_t id) const;
+
+    /// Takes or replaces a vector, which has the length of the others. Without the memory for it, nothing is changed;
+    /// replacing needs none.
     void put(std::int64_t id, std::span<const float> vector);
     /// Forgets a vector; an unknown id is nothing to forget.
     void remove(std::int64_t id);

@@ -25,12 +25,19 @@ void VectorRows::append(std::int64_t id, std::span<const float> vector) {
         m_dimension = vector.size();
         m_blockShift = blockShift(m_dimension);
     }
-    if (size() == m_blocks.size() * blockRows()) {
-        m_blocks.push_back({AlignedArray<float>(blockRows() * m_dimension),
-                            AlignedArray<std::uint8_t>(blockRows() * paddedCodes(m_dimension))});
-    }
-    m_coded.emplace_back();
     m_ids.push_back(id);
+    try {
+        m_coded.emplace_back();
+        if (size() > m_blocks.size() * blockRows()) {
+            m_blocks.push_back({AlignedArray<float>(blockRows() * m_dimension),
+                                AlignedArray<std::uint8_t>(blockRows() * paddedCodes(m_dimension))});
+        }
+    } catch (...) {
+        m_ids.pop_back();
+        m_coded.resize(m_ids.size());
+        m_dimension = m_ids.empty() ? 0 : m_dimension;
+        throw;
+    }
     replace(size() - 1, vector);
 }
 

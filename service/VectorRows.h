@@ -28,7 +28,7 @@ public:
     }
     const CodedVector& coded(std::size_t row) const { return m_coded[row]; }
 
-    /// Adds a row, which has the length of the others.
+    /// Adds a row, which has the length of the others. Without the memory for it, nothing is changed.
     void append(std::int64_t id, std::span<const float> vector);
     void replace(std::size_t row, std::span<const float> vector);
     /// Removes a row; the last one takes its place.

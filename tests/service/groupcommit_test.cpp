@@ -42,7 +42,7 @@ protected:
         auto hold = std::make_optional(commits.alone());
         start(0, [this] {
             insert(0);
-            return std::nullopt;
+            return GroupCommit::Change{};
         });
         ASSERT_TRUE(waitUntil([this] { return commits.isRunning(); }));
         prepare();
@@ -59,13 +59,18 @@ protected:
     int commitCount = 0;
     bool isCommitFailing = false;
     std::vector<std::vector<std::int64_t>> retired;
-    GroupCommit commits{database, [this](SqliteTransaction& transaction, std::span<const std::int64_t> ids) {
+    GroupCommit commits{database, [this](SqliteTransaction& transaction, std::span<const GroupCommit::Change> changes) {
                             if (isCommitFailing) {
                                 throw SqliteError(13, "no room");
                             }
                             transaction.commit();
                             ++commitCount;
-                            retired.emplace_back(ids.begin(), ids.end());
+                            retired.emplace_back();
+                            for (const GroupCommit::Change& change : changes) {
+                                if (change.retired) {
+                                    retired.back().push_back(*change.retired);
+                                }
+                            }
                         }};
     std::mutex mutex;
     std::map<int, std::string> errors;
@@ -77,7 +82,7 @@ protected:
 TEST_F(GroupCommitTest, WriteIsInTheDatabaseWhenItReturns) {
     commits.run([this] {
         insert(1);
-        return std::nullopt;
+        return GroupCommit::Change{};
     });
     EXPECT_EQ(stored(), "1");
     EXPECT_EQ(commitCount, 1);
@@ -86,9 +91,9 @@ TEST_F(GroupCommitTest, WriteIsInTheDatabaseWhenItReturns) {
 TEST_F(GroupCommitTest, WritesThatWaitShareOneCommit) {
     runAsOneGroup(20, [this] {
         for (int i = 1; i <= 20; ++i) {
-            start(i, [this, i]() -> GroupCommit::Retired {
+            start(i, [this, i]() -> GroupCommit::Change {
                 insert(i);
-                return i % 10 == 0 ? std::optional<std::int64_t>(i) : std::nullopt;
+                return {.retired = i % 10 == 0 ? std::optional<std::int64_t>(i) : std::nullopt};
             });
         }
     });
@@ -101,16 +106,16 @@ TEST_F(GroupCommitTest, WriteThatFailsTakesOnlyItselfBack) {
     runAsOneGroup(3, [this] {
         start(1, [this] {
             insert(1);
-            return std::nullopt;
+            return GroupCommit::Change{};
         });
-        start(2, [this]() -> GroupCommit::Retired {
+        start(2, [this]() -> GroupCommit::Change {
             insert(2);
             insert(0); // is there already
-            return 7;
+            return {.retired = 7};
         });
         start(3, [this] {
             insert(3);
-            return std::nullopt;
+            return GroupCommit::Change{};
         });
     });
     EXPECT_EQ(stored(), "0,1,3");
@@ -125,15 +130,15 @@ TEST_F(GroupCommitTest, WriteThatEndsTheTransactionOfAllFailsAlone) {
     runAsOneGroup(3, [this] {
         start(1, [this] {
             insert(1);
-            return std::nullopt;
+            return GroupCommit::Change{};
         });
-        start(2, [this]() -> GroupCommit::Retired {
+        start(2, [this]() -> GroupCommit::Change {
             database.execute("ROLLBACK"); // as SQLite does by itself when there is no room left
             throw SqliteError(13, "no room");
         });
         start(3, [this] {
             insert(3);
-            return std::nullopt;
+            return GroupCommit::Change{};
         });
     });
     EXPECT_EQ(stored(), "0,1,3");
@@ -149,7 +154,7 @@ TEST_F(GroupCommitTest, CommitThatFailsIsReportedToEveryWriteAndLeavesNothing) {
         for (const int i : {1, 2}) {
             start(i, [this, i] {
                 insert(i);
-                return std::nullopt;
+                return GroupCommit::Change{};
             });
         }
     });
@@ -158,7 +163,7 @@ TEST_F(GroupCommitTest, CommitThatFailsIsReportedToEveryWriteAndLeavesNothing) {
     isCommitFailing = false;
     commits.run([this] {
         insert(4);
-        return std::nullopt;
+        return GroupCommit::Change{};
     });
     EXPECT_EQ(stored(), "4");
 }
@@ -171,7 +176,7 @@ TEST_F(GroupCommitTest, LockOfAnotherProgramIsWaitedForOncePerGroup) {
         for (const int i : {1, 2}) {
             start(i, [&attempts] {
                 ++attempts;
-                return std::nullopt;
+                return GroupCommit::Change{};
             });
         }
     });
@@ -186,7 +191,7 @@ TEST_F(GroupCommitTest, ManyThreadsLoseNothing) {
             for (int i = 0; i < 50; ++i) {
                 commits.run([&] {
                     insert(thread * 50 + i);
-                    return std::nullopt;
+                    return GroupCommit::Change{};
                 });
             }
         });
