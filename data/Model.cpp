@@ -155,6 +155,9 @@ void Model::rebuildCatalogues() {
     m_softSkills.append(m_softSkillsDictionary.values());
     m_techSkills.append(m_techSkillsDictionary.values());
     m_languages.append(m_languagesDictionary.values());
+    m_knownSoftSkills.insert(m_softSkillsDictionary);
+    m_knownTechSkills.insert(m_techSkillsDictionary);
+    m_knownLanguages.insert(m_languagesDictionary);
     Q_EMIT cataloguesRebuilt();
 }
 

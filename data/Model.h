@@ -38,6 +38,12 @@ public:
     const QStringList& softSkills() const { return m_softSkills; }
     const QStringList& languages() const { return m_languages; }
 
+    /// What the lists above hold, each value once in its latest spelling, in no order: for fields that complete values
+    /// and let them in. As long as there are values, while the lists grow with every candidate.
+    QStringList knownTechSkills() const { return m_knownTechSkills.values(); }
+    QStringList knownSoftSkills() const { return m_knownSoftSkills.values(); }
+    QStringList knownLanguages() const { return m_knownLanguages.values(); }
+
     /// The catalogues for membership and spelling; exact at all times.
     const Catalogue& techSkillsDictionary() const { return m_techSkillsDictionary; }
     const Catalogue& softSkillsDictionary() const { return m_softSkillsDictionary; }
@@ -67,6 +73,9 @@ private:
     QStringList m_techSkills;
     QStringList m_softSkills;
     QStringList m_languages;
+    Catalogue m_knownTechSkills;
+    Catalogue m_knownSoftSkills;
+    Catalogue m_knownLanguages;
     Catalogue m_softSkillsDictionary;
     Catalogue m_techSkillsDictionary;
     Catalogue m_languagesDictionary;

@@ -73,9 +73,9 @@ QWidget* ExtractedPage::makeGrid(const Model& model) {
     addTextRow(*grid, u"Nombre"_s, u"name"_s, values.name);
     addTextRow(*grid, u"Profesión"_s, u"profession"_s, values.profession);
     addTextRow(*grid, u"Correo electrónico"_s, u"email"_s, values.email);
-    addTokenRow(*grid, u"Habilidades técnicas"_s, u"techSkills"_s, values.techSkills, model.techSkills());
-    addTokenRow(*grid, u"Habilidades personales"_s, u"softSkills"_s, values.softSkills, model.softSkills());
-    addTokenRow(*grid, u"Idiomas"_s, u"languages"_s, values.languages, model.languages());
+    addTokenRow(*grid, u"Habilidades técnicas"_s, u"techSkills"_s, values.techSkills, model.knownTechSkills());
+    addTokenRow(*grid, u"Habilidades personales"_s, u"softSkills"_s, values.softSkills, model.knownSoftSkills());
+    addTokenRow(*grid, u"Idiomas"_s, u"languages"_s, values.languages, model.knownLanguages());
     grid->setRowStretch(grid->rowCount(), 1);
 
     // A CV with many skills makes the grid taller than the sheet.

@@ -61,10 +61,11 @@ QWidget* tabStop(QWidget* widget) {
 CriteriaPanel::CriteriaPanel(const Model& model, QWidget* parent)
     : QWidget(parent)
     , m_model(model)
-    , m_kinds{
-          {u"Habilidades técnicas"_s, u"techSkills"_s, &SearchCriteria::techSkillsRequiredTokens, &Model::techSkills},
-          {u"Habilidades personales"_s, u"softSkills"_s, &SearchCriteria::softSkillsRequiredTokens, &Model::softSkills},
-          {u"Idiomas"_s, u"languages"_s, &SearchCriteria::languagesRequiredTokens, &Model::languages}} {
+    , m_kinds{{u"Habilidades técnicas"_s, u"techSkills"_s, &SearchCriteria::techSkillsRequiredTokens,
+               &Model::knownTechSkills},
+              {u"Habilidades personales"_s, u"softSkills"_s, &SearchCriteria::softSkillsRequiredTokens,
+               &Model::knownSoftSkills},
+              {u"Idiomas"_s, u"languages"_s, &SearchCriteria::languagesRequiredTokens, &Model::knownLanguages}} {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(spacing::standard, spacing::small, spacing::standard, spacing::gridRow);
     column->addWidget(heading(u"Búsqueda estructurada"_s));

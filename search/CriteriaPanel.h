@@ -48,7 +48,7 @@ private:
         QString label;
         QString objectName;
         QStringList SearchCriteria::* tokens;
-        const QStringList& (Model::*catalogue)() const;
+        QStringList (Model::*catalogue)() const;
         TokenField2* field = nullptr;
     };
 

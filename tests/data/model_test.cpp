@@ -254,6 +254,39 @@ TEST(Model, ValueOfARemovedRecordLeavesTheDictionaryButNotTheList) {
     EXPECT_THAT(loaded.model.languages(), UnorderedElementsAre(u"Español"_s, u"Inglés"_s, u"Español"_s));
 }
 
+TEST(Model, KnownValuesAreTheListsWithoutRepetitions) {
+    LoadedModel loaded({speaking({u"Español"_s, u"Inglés"_s})});
+    loaded.model.rebuildCatalogues();
+    loaded.model.rebuildCatalogues();
+    EXPECT_EQ(loaded.model.languages().size(), 6);
+    EXPECT_THAT(loaded.model.knownLanguages(), UnorderedElementsAre(u"Español"_s, u"Inglés"_s));
+}
+
+TEST(Model, KnownValueHasTheSpellingOfTheLatestRebuild) {
+    LoadedModel loaded({speaking({u"inglés"_s}), speaking({u"Inglés"_s})});
+    loaded.model.setSelectedDBRecord(loaded.model.dbRecords()[1]);
+    loaded.model.removeSelectedRecord();
+    EXPECT_THAT(loaded.model.languages(), ElementsAre(u"Inglés"_s, u"inglés"_s));
+    EXPECT_THAT(loaded.model.knownLanguages(), ElementsAre(u"inglés"_s));
+}
+
+TEST(Model, ValueOfARemovedRecordStaysKnown) {
+    LoadedModel loaded({speaking({u"Español"_s}), speaking({u"Inglés"_s})});
+    loaded.model.setSelectedDBRecord(loaded.model.dbRecords()[1]);
+    loaded.model.removeSelectedRecord();
+    EXPECT_THAT(loaded.model.knownLanguages(), UnorderedElementsAre(u"Español"_s, u"Inglés"_s));
+}
+
+TEST(Model, KnownValuesOfOneKindAreNotThoseOfAnother) {
+    const LoadedModel loaded({candidate(u"Ana"_s, {.gender = u"Femenino"_s,
+                                                   .softSkills = {u"Empatía"_s},
+                                                   .techSkills = {u"C++"_s, u"Qt"_s},
+                                                   .languages = {u"Español"_s}})});
+    EXPECT_THAT(loaded.model.knownSoftSkills(), ElementsAre(u"Empatía"_s));
+    EXPECT_THAT(loaded.model.knownTechSkills(), UnorderedElementsAre(u"C++"_s, u"Qt"_s));
+    EXPECT_THAT(loaded.model.knownLanguages(), ElementsAre(u"Español"_s));
+}
+
 TEST(Model, RebuildTakesUpWhatWasEditedInARecord) {
     LoadedModel loaded({speaking({u"Español"_s})});
     loaded.model.dbRecords()[0]->jsonCVData.languages = {u"Gallego"_s};
