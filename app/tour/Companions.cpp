@@ -38,6 +38,8 @@ Started start(const QString& name, const QStringList& arguments) {
     while (process->waitForReadyRead(startLimitMs)) {
         output += QString::fromUtf8(process->readAll());
         if (const auto match = address.match(output); match.hasMatch()) {
+            // Nobody reads on, and it would be kept for whoever does.
+            QObject::connect(process.get(), &QProcess::readyRead, [server = process.get()] { server->readAll(); });
             return {std::move(process), match.captured()};
         }
     }

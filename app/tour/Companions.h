@@ -19,6 +19,7 @@ public:
 
     QString recordsUrl() const { return m_recordsUrl; } ///< the base URL of the client
     QString modelServerUrl() const { return m_modelServerUrl; }
+    qint64 recordsProcessId() const { return m_records->processId(); }
 
     /// Puts the invented sample candidates into the store.
     void fillStore();
