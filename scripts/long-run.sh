@@ -18,5 +18,5 @@ if ! { cmake --preset dev && cmake --build --preset dev --target test_longrun; }
     exit 1
 fi
 # The offscreen platform says of every window what it cannot do with it.
-DORVANTEL_LONG_RUN=1 QT_QPA_PLATFORM=offscreen build/dev/bin/test_longrun --gtest_filter='LongRun.Full*' 2>&1 |
+DORVANTEL_LONG_RUN_LOG="$logs/program.log" QT_QPA_PLATFORM=offscreen build/dev/bin/test_longrun --gtest_filter='LongRun.Full*' 2>&1 |
     grep -v '^This plugin does not support' | tee "$logs/table.txt"

@@ -43,12 +43,14 @@ struct Bounds {
     int descriptors = 0;        ///< connections come and go
     int threads = 0;
     int objects = 0;
-    double slowness = 0; ///< times of the last quarter over those of the first; 0 when times do not count
+    double slowness = 0;       ///< times of the last quarter over those of the first; 0 when times do not count
+    double perCandidateMs = 0; ///< beside that: a rebuild of the catalogues walks through all candidates
 };
 
 /// One sentence for each thing that a run left behind, none when all is well. The first third of the samples is for
-/// warming up; of what was seen after it, the least counts, because what was needed for a moment is no leak. At least
-/// eight samples, in order.
+/// warming up; what was seen in the last third is held against the middle one, or against all of the warming up where
+/// the bound is a share. The least counts, because what was needed for a moment is no leak. At least eight samples, in
+/// order.
 QStringList complaintsAbout(const QList<Sample>& samples, const Bounds& bounds);
 
 } // namespace dorvantel::test

@@ -67,21 +67,21 @@ Sample takeSample(const Recruiter& recruiter, int rounds, const Laps& laps) {
     return sample;
 }
 
-constexpr double mebibyte = 1024.0 * 1024;
-
-constexpr const char* head = "       candi- |--------------- program -----------------------| records service   |-- "
-                             "median ms (of them work) ----------\n"
-                             "rounds  dates |  MiB  heap gathered other objects widgets fds thr |  MiB fds thr |      "
-                             "intake      search    deletion\n";
+/// "other" is what is not gathered: of the memory, then of the heap.
+constexpr const char* head =
+    "       candi- |------------------- program, MiB -------------------------------| records service |"
+    "------ median ms, of it work ----------\n"
+    "rounds  dates | memory  other   heap  other gathered objects widgets fds threads|   MiB fds threads|"
+    "       intake       search     deletion\n";
 
 void print(std::FILE* table, const Sample& s) {
     const auto mib = [](qint64 bytes) { return static_cast<double>(bytes) / (1024.0 * 1024); };
-    std::fprintf(table, "%6d %6d | %5.2f %5.2f %7.2f %6.3f %6d %6d %4d %3d | %6.2f %3d %3d |", s.rounds,
-                 static_cast<int>(s.candidates), mib(s.memory), mib(s.heap), mib(s.held), mib(s.heap - s.held),
-                 static_cast<int>(s.objects), static_cast<int>(s.widgets), s.descriptors, s.threads,
-                 mib(s.serviceMemory), s.serviceDescriptors, s.serviceThreads);
+    std::fprintf(table, "%6d %6d | %6.2f %6.2f %6.2f %6.3f %8.2f %7d %7d %3d %7d| %5.2f %3d %7d|", s.rounds,
+                 static_cast<int>(s.candidates), mib(s.memory), mib(s.memory - s.filled), mib(s.heap),
+                 mib(s.heap - s.held), mib(s.held), static_cast<int>(s.objects), static_cast<int>(s.widgets),
+                 s.descriptors, s.threads, mib(s.serviceMemory), s.serviceDescriptors, s.serviceThreads);
     for (const Spent& spent : {s.intake, s.search, s.deletion}) {
-        std::fprintf(table, " %5.1f (%4.1f)", spent.median, spent.work);
+        std::fprintf(table, " %6.1f %5.1f", spent.median, spent.work);
     }
     std::fputc('\n', table);
     std::fflush(table);

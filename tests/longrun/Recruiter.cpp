@@ -55,6 +55,7 @@ private:
 
 constexpr int limitMs = 60'000;
 constexpr int rowsBeforeCandidates = 2;
+constexpr int mostRepeatedSearches = 3;
 
 void waitFor(const char* what, const std::function<bool()>& condition) {
     if (!waitUntil(condition, limitMs)) {
@@ -142,26 +143,33 @@ Recruiter::Step Recruiter::searchByDescription() {
     return step;
 }
 
-Recruiter::Step Recruiter::searchBySkill() {
+void Recruiter::searchBySkill() {
     showSearch();
     typeText(*find(u"techSkills"_s).findChild<QLineEdit*>(), u"excel,"_s);
-    const Step step = pressSearch();
+    pressSearch();
     press(u"clearButton"_s);
-    return step;
 }
 
-Recruiter::Step Recruiter::searchForEverybody() {
+void Recruiter::searchForEverybody() {
     showSearch();
-    const Step step = pressSearch();
+    pressSearch();
     press(u"clearButton"_s);
-    return step;
 }
 
-Recruiter::Step Recruiter::pressSearch() const {
-    auto* results = window().findChild<LazyRowList*>(u"results"_s);
+Recruiter::Step Recruiter::pressSearch() {
+    const auto* results = window().findChild<LazyRowList*>(u"results"_s);
+    const auto areThere = [&] { return results->isVisible(); };
+    constexpr int patienceMs = 15'000;
     const Stopwatch watch;
     press(u"searchButton"_s);
-    waitFor("the results are there", [&] { return results->isVisible(); });
+    if (!waitUntil(areThere, patienceMs)) {
+        // A search that fails leaves everything as it was; the program says why in its log, and one presses again.
+        if (++m_repeatedSearches > mostRepeatedSearches) {
+            throw std::runtime_error("searches fail again and again");
+        }
+        press(u"searchButton"_s);
+        waitFor("the results are there", areThere);
+    }
     return watch.step();
 }
 
@@ -214,6 +222,7 @@ void Recruiter::rest() {
     });
     constexpr int servers = 2;
     waitFor("no process reads a PDF", [] { return childProcesses() <= servers; });
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 QListView& Recruiter::list() const {

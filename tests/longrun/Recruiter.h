@@ -37,9 +37,9 @@ public:
     /// opens the first, previews its CV and writes the invitation.
     Step searchByDescription();
     /// Searches by a skill; the answer holds everybody who has it.
-    Step searchBySkill();
+    void searchBySkill();
     /// Searches without a criterion; the answer holds everybody.
-    Step searchForEverybody();
+    void searchForEverybody();
 
     /// Looks at a candidate from all sides, one time at the first, one time at one in the middle, and deletes it: from
     /// the key until it is gone from the list.
@@ -61,7 +61,7 @@ private:
     void clickRow(int row) const;
     void showSearch() const;
     void correctSheet();
-    Step pressSearch() const;
+    Step pressSearch();
     void lookAtFirstResult() const;
     void waitForFirstPage(const QWidget& where) const;
 
@@ -74,6 +74,7 @@ private:
     int m_takenIn = 0;
     int m_searches = 0;
     int m_deleted = 0;
+    int m_repeatedSearches = 0;
 };
 
 } // namespace dorvantel::test

@@ -73,6 +73,11 @@ ProcessUsage ownUsage() {
     return usageIn(u"/proc/self"_s);
 }
 
+void keepNoFreeMemory() {
+    constexpr int threshold = 128 * 1024; // the allocator's own, before it learns
+    mallopt(M_TRIM_THRESHOLD, threshold);
+}
+
 qint64 heapInUse() {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     return static_cast<qint64>(__sanitizer_get_current_allocated_bytes());

@@ -18,6 +18,10 @@ struct ProcessUsage {
 ProcessUsage usageOf(qint64 process);
 ProcessUsage ownUsage();
 
+/// Has the allocator give back to the system, from now on, whatever lies free at the end of one of its heaps. Left to
+/// itself it learns to keep as much as the largest blocks that it has seen, and a thread's heap cannot be told later.
+void keepNoFreeMemory();
+
 /// Bytes that this process has from the allocator and has not given back. What was given back goes to the system first,
 /// so that `ownUsage` afterwards does not count it.
 qint64 heapInUse();

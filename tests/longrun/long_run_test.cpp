@@ -19,30 +19,31 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Sends what the program says on standard output nowhere while it lives; a long run says a lot.
-class Silence {
+/// Sends what the program says on standard output to a file while it lives; a long run says a lot.
+class SaidElsewhere {
 public:
-    Silence()
+    explicit SaidElsewhere(const char* file)
         : m_output(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)) {
-        const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-        dup2(nowhere, STDOUT_FILENO);
-        close(nowhere);
+        const int elsewhere = open(file, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+        dup2(elsewhere, STDOUT_FILENO);
+        close(elsewhere);
     }
-    ~Silence() {
+    ~SaidElsewhere() {
         std::fflush(stdout);
         dup2(m_output, STDOUT_FILENO);
         close(m_output);
     }
-    Silence(const Silence&) = delete;
-    Silence& operator=(const Silence&) = delete;
+    SaidElsewhere(const SaidElsewhere&) = delete;
+    SaidElsewhere& operator=(const SaidElsewhere&) = delete;
 
 private:
     int m_output;
 };
 
-QList<Sample> run(const Length& length, const QString& realCvs) {
+QList<Sample> run(const Length& length, const QString& realCvs, const char* log) {
+    keepNoFreeMemory();
     prepareApplication(*qApp);
-    const Silence silence;
+    const SaidElsewhere said(log);
     const ObjectCount objects;
     Recruiter recruiter(realCvs);
     return runLong(recruiter, length, stderr);
@@ -57,27 +58,32 @@ constexpr qint64 kibibyte = 1024;
 } // namespace
 
 TEST(LongRun, ShortOneLeavesNothingBehind) {
+    // In so few rounds the service's cache still fills with its store: only leaks of whole PDFs would stand out there.
     Bounds bounds{
-        .heapPerRound = 2 * kibibyte, .servicePerRound = 64 * kibibyte, .descriptors = 3, .threads = 3, .objects = 8};
+        .heapPerRound = 4 * kibibyte, .servicePerRound = 192 * kibibyte, .descriptors = 3, .threads = 3, .objects = 6};
     if (isSanitized) {
         bounds.memoryShare = 10; // it keeps what was given back for a while, and its own records
     }
-    EXPECT_EQ(complaints(run({.rounds = 60, .deletions = 20, .roundsPerSample = 5}, {}), bounds), "");
+    EXPECT_EQ(complaints(run({.rounds = 60, .deletions = 20, .roundsPerSample = 5}, {}, "/dev/null"), bounds), "");
 }
 
 TEST(LongRun, FullOneLeavesNothingBehindAndDoesNotSlowDown) {
-    if (!qEnvironmentVariableIsSet("DORVANTEL_LONG_RUN")) {
-        GTEST_SKIP() << "DORVANTEL_LONG_RUN is not set; scripts/long-run.sh does it";
+    const QByteArray log = qgetenv("DORVANTEL_LONG_RUN_LOG");
+    if (log.isEmpty()) {
+        GTEST_SKIP() << "DORVANTEL_LONG_RUN_LOG names no file for what the program says; scripts/long-run.sh does";
     }
-    const Bounds bounds{.heapPerRound = kibibyte / 4,
-                        .servicePerRound = 8 * kibibyte,
+    const Bounds bounds{.heapPerRound = kibibyte / 2,
+                        .servicePerRound = 6 * kibibyte,
                         .descriptors = 3,
                         .threads = 3,
-                        .objects = 8,
-                        .slowness = 1.5};
+                        .objects = 6,
+                        .slowness = 1.5,
+                        .perCandidateMs = 0.002};
     const QString data = qEnvironmentVariable("DORVANTEL_TEST_DATA");
     const QString realCvs = data.isEmpty() ? QString() : data + u"/cv"_s;
-    EXPECT_EQ(complaints(run({.rounds = 2000, .deletions = 500, .roundsPerSample = 100}, realCvs), bounds), "");
+    EXPECT_EQ(
+        complaints(run({.rounds = 2000, .deletions = 500, .roundsPerSample = 100}, realCvs, log.constData()), bounds),
+        "");
 }
 
 } // namespace dorvantel::test
