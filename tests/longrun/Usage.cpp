@@ -10,7 +10,8 @@
 #include <stdexcept>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#include <sanitizer/allocator_interface.h>
+// gcc has no header for it.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #endif
 
 // What Qt tells tools that look into a program calls these for every object; the header is one of its private ones.
