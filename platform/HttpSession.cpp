@@ -151,6 +151,9 @@ QUrl keepingLeadingSlashes(QUrl url) {
 QNetworkReply* start(QNetworkAccessManager& manager, const HttpRequest& request) {
     QNetworkRequest networkRequest(keepingLeadingSlashes(request.url));
     networkRequest.setTransferTimeout(static_cast<int>(request.timeout.count()));
+    // A connection that is kept may be closed at the very moment when it is used again, and a body sent into it is
+    // lost.
+    networkRequest.setRawHeader("Connection", "close");
     if (!request.contentType.isEmpty()) {
         networkRequest.setHeader(QNetworkRequest::ContentTypeHeader, request.contentType);
     }
@@ -228,7 +231,10 @@ void NetworkHttpSession::send(const HttpRequest& request, QObject* context,
     auto answer = std::make_shared<Answer>(*reply, request.mostBytes);
     QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [answer] { answer->readHead(); });
     QObject::connect(reply, &QIODevice::readyRead, reply, [answer] { answer->read(); });
-    QTimer::singleShot(request.mostTime, reply, [answer] { answer->giveUp(timeOutText()); });
+    auto* limit = new QTimer(reply); // gone with the reply, unlike a timer that nobody holds
+    limit->setSingleShot(true);
+    QObject::connect(limit, &QTimer::timeout, reply, [answer] { answer->giveUp(timeOutText()); });
+    limit->start(request.mostTime);
     QObject::connect(reply, &QNetworkReply::finished, reply, [this, &lane, place] { leave(lane, place); });
     QObject::connect(reply, &QNetworkReply::finished, context, [reply, answer, completion = std::move(completion)] {
         reply->deleteLater();

@@ -52,11 +52,12 @@ public:
     virtual void send(const HttpRequest& request, QObject* context, std::function<void(HttpOutcome)> completion) = 0;
 };
 
-/// The session that the program uses: connections are shared by all its users. A body is sent once, whatever happens: a
-/// redirect in answer to it is a response like any other. A request without one is repeated when its connection closes
-/// before anything came, as one that was kept open for it may do at that moment, and redirected within its scheme, host
-/// and port only, so that nobody is asked or believed whom the user did not name. Nearly two hundred requests to one
-/// host are under way at once; only beyond that does one wait for another, with its time-out running.
+/// The session that the program uses. A body is sent once, whatever happens: a redirect in answer to it is a response
+/// like any other. So that none is lost with a connection that the server keeps no longer, each request asks for its
+/// connection to be closed behind it. A request without a body is repeated when its connection closes before anything
+/// came, and redirected within its scheme, host and port only, so that nobody is asked or believed whom the user did
+/// not name. Nearly two hundred requests to one host are under way at once; only beyond that does one wait for another,
+/// with its time-out running.
 class NetworkHttpSession final : public HttpSession {
 public:
     NetworkHttpSession();

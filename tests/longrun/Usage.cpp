@@ -9,11 +9,6 @@
 #include <malloc.h>
 #include <stdexcept>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-// gcc has no header for it.
-extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
-#endif
-
 // What Qt tells tools that look into a program calls these for every object; the header is one of its private ones.
 QT_BEGIN_NAMESPACE
 extern Q_CORE_EXPORT quintptr qtHookData[];
@@ -80,13 +75,9 @@ void keepNoFreeMemory() {
 }
 
 qint64 heapInUse() {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    return static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
-#else
     malloc_trim(0);
     const struct mallinfo2 info = mallinfo2();
     return static_cast<qint64>(info.uordblks + info.hblkhd);
-#endif
 }
 
 int childProcesses() {

@@ -58,12 +58,12 @@ constexpr qint64 kibibyte = 1024;
 } // namespace
 
 TEST(LongRun, ShortOneLeavesNothingBehind) {
+    if (isSanitized) {
+        GTEST_SKIP() << "The sanitizers' own allocators tell neither what is in use nor what was given back";
+    }
     // In so few rounds the service's cache still fills with its store: only leaks of whole PDFs would stand out there.
     Bounds bounds{
         .heapPerRound = 4 * kibibyte, .servicePerRound = 192 * kibibyte, .descriptors = 3, .threads = 3, .objects = 6};
-    if (isSanitized) {
-        bounds.memoryShare = 10; // it keeps what was given back for a while, and its own records
-    }
     EXPECT_EQ(complaints(run({.rounds = 60, .deletions = 20, .roundsPerSample = 5}, {}, "/dev/null"), bounds), "");
 }
 

@@ -403,6 +403,18 @@ TEST_F(NetworkHttpSessionTest, RequestsOneAfterAnotherShareAConnection) {
     EXPECT_EQ(server.openConnections(), 1);
 }
 
+TEST_F(NetworkHttpSessionTest, EveryRequestAsksForItsConnectionToBeClosed) {
+    ScriptedServer server(ScriptedReply{.status = 201, .body = "{}", .headers = "Connection: close\r\n"});
+    for (const bool hasBody : {false, true, true, false, true}) {
+        outcome.reset();
+        hasBody ? post(server.url()) : get(server.url());
+        ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+        ASSERT_TRUE(outcome->has_value()) << qPrintable(outcome->error().description);
+        EXPECT_EQ(server.requests().last().headers.value("connection"), "close");
+        EXPECT_TRUE(waitUntil([&] { return server.openConnections() == 0; }));
+    }
+}
+
 TEST_F(NetworkHttpSessionTest, ThousandRequestsAtOnceAllGetTheirAnswer) {
     ScriptedServer server(ScriptedReply{.body = "x"});
     int answered = 0;
