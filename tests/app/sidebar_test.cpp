@@ -117,6 +117,14 @@ TEST_F(SidebarTest, RecordsCanBeReadWhileOneOfThemGoes) {
     EXPECT_EQ(names.sliced(3), (QStringList{u"Ana"_s, u"gone"_s}));
 }
 
+TEST_F(SidebarTest, CandidatesWithTheSameEmailHaveRowsOfTheirOwn) {
+    load({candidate(u"Ana"_s, u"ana@example.com"_s), candidate(u"Ana"_s, u"ana@example.com"_s)});
+    const auto* rows = qobject_cast<CandidateListModel*>(list->model());
+    const auto& records = window.model().dbRecords();
+    EXPECT_EQ(rows->indexOf(records[0]).row(), row(0));
+    EXPECT_EQ(rows->indexOf(records[1]).row(), row(1));
+}
+
 TEST_F(SidebarTest, PlaceholderIsTheLogoInTheAccentColourAndInTheMiddle) {
     ASSERT_EQ(detail()->objectName(), u"placeholder"_s);
     auto* logo = detail()->findChild<SymbolView*>();
