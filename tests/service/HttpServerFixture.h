@@ -7,6 +7,7 @@
 #include "tests/service/ServiceSupport.h"
 
 #include <atomic>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -62,9 +63,12 @@ protected:
     service::SqliteStore store{folder.store(), "m"};
     std::atomic<int> inserts = 0;
     service::RecordsApi api{store, [this] { ++inserts; }};
+    std::mutex logging; // the server logs on any of its threads
     std::vector<std::string> log;
-    service::HttpServer server{{.host = "127.0.0.1", .port = 0, .bodyLimit = bodyLimit},
-                               [this](std::string_view line) { log.emplace_back(line); }};
+    service::HttpServer server{{.host = "127.0.0.1", .port = 0, .bodyLimit = bodyLimit}, [this](std::string_view line) {
+                                   const std::scoped_lock lock(logging);
+                                   log.emplace_back(line);
+                               }};
 };
 
 } // namespace dorvantel::test

@@ -212,6 +212,7 @@ TEST_F(HttpServerTest, StoreInTroubleIsAnErrorOfTheServiceAndLogged) {
     const SqliteDatabase other(folder.store().string(), SqliteDatabase::Access::ReadWriteCreate);
     other.execute("BEGIN IMMEDIATE");
     expectError(insert(makeRecord("a@x")), 503, "the store is busy; try again");
+    const std::scoped_lock lock(logging);
     EXPECT_THAT(log, testing::ElementsAre("the store is busy; try again"));
 }
 
