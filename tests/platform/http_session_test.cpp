@@ -392,7 +392,7 @@ TEST_F(NetworkHttpSessionTest, RequestIsNotHeldUpByOthersThatStall) {
     EXPECT_TRUE(waitUntil([&] { return server.openConnections() <= 1; }));
 }
 
-TEST_F(NetworkHttpSessionTest, RequestsOneAfterAnotherShareAConnection) {
+TEST_F(NetworkHttpSessionTest, ServerThatKeepsTheConnectionAllTheSameIsAskedThere) {
     ScriptedServer server(ScriptedReply{.body = "x"});
     for (int i = 0; i < 3; ++i) {
         outcome.reset();
