@@ -120,9 +120,9 @@ TEST_F(SidebarTest, RecordsCanBeReadWhileOneOfThemGoes) {
 TEST_F(SidebarTest, CandidatesWithTheSameEmailHaveRowsOfTheirOwn) {
     load({candidate(u"Ana"_s, u"ana@example.com"_s), candidate(u"Ana"_s, u"ana@example.com"_s)});
     const auto* rows = qobject_cast<CandidateListModel*>(list->model());
-    const auto& records = window.model().dbRecords();
-    EXPECT_EQ(rows->indexOf(records[0]).row(), row(0));
-    EXPECT_EQ(rows->indexOf(records[1]).row(), row(1));
+    const auto& listed = window.model().dbRecords();
+    EXPECT_EQ(rows->indexOf(listed[0]).row(), row(0));
+    EXPECT_EQ(rows->indexOf(listed[1]).row(), row(1));
 }
 
 TEST_F(SidebarTest, PlaceholderIsTheLogoInTheAccentColourAndInTheMiddle) {
