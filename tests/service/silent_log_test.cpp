@@ -7,6 +7,7 @@
 #include "tests/service/ServiceSupport.h"
 #include "tests/support/Wait.h"
 
+#include <atomic>
 #include <csignal>
 
 #include <gmock/gmock.h>
@@ -71,7 +72,7 @@ void everyKindOfRequest(const RecordsProcess& process) {
 
 TEST(Log, SaysNothingOfACandidateWhateverHappens) {
     const StoreFolder folder;
-    int asked = 0;
+    std::atomic<int> asked = 0; // each request may have another thread
     const FakeModelServer model([&asked](const std::string&) {
         const std::string refusal = R"({"error":"cannot embed )" + secret + "\"}";
         return ++asked % 2 == 0 ? FakeModelServer::Answer{400, refusal} : FakeModelServer::Answer{500, refusal};
