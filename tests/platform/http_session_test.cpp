@@ -320,7 +320,7 @@ TEST_F(NetworkHttpSessionTest, CompressedBodyCountsWithWhatItUnpacksTo) {
 
 TEST_F(NetworkHttpSessionTest, LargeCompressedBodyArrivesWhole) {
     QByteArray body;
-    for (int i = 0; body.size() < 12'000'000; ++i) {
+    for (unsigned int i = 0; body.size() < 12'000'000; ++i) {
         body += QByteArray::number(i * 7919) + ',';
     }
     ScriptedServer server(test::compressed({.body = body}));
