@@ -26,16 +26,22 @@ public:
         : m_reply(reply)
         , m_mostBytes(mostBytes) {}
 
+    /// More than this is left to the connection: a server may be quicker than this thread is at collecting. Qt's
+    /// network thread hears of it only while it works on the request, and it must have heard before the answer begins.
+    /// So it is told when the request is made, when the connection is, which comes before a body is handed over, and,
+    /// where the connection was there already, with the head.
+    void leaveToTheConnection() {
+        constexpr qint64 mostUnread = qint64{4} * 1024 * 1024;
+        m_reply.setReadBufferSize(mostUnread);
+    }
+
     void readHead() {
         const qint64 announced = m_reply.header(QNetworkRequest::ContentLengthHeader).toLongLong();
         if (announced > m_mostBytes) {
             giveUp(tooLongText());
             return;
         }
-        // More than this is left to the connection: a server may be quicker than this thread is at collecting. Said
-        // before the request is sent, it would not reach Qt's network thread.
-        constexpr qint64 mostUnread = qint64{4} * 1024 * 1024;
-        m_reply.setReadBufferSize(mostUnread);
+        leaveToTheConnection();
         // A length that a server only claims must not cost memory before the bytes come.
         constexpr qint64 largestReserve = qint64{64} * 1024 * 1024;
         m_body.reserve(std::clamp<qint64>(announced, 0, largestReserve) + 64);
@@ -229,6 +235,9 @@ void NetworkHttpSession::send(const HttpRequest& request, QObject* context,
     ++lane.open[place];
     QNetworkReply* reply = start(*lane.manager, request);
     auto answer = std::make_shared<Answer>(*reply, request.mostBytes);
+    answer->leaveToTheConnection();
+    QObject::connect(reply, &QNetworkReply::socketStartedConnecting, reply,
+                     [answer] { answer->leaveToTheConnection(); });
     QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [answer] { answer->readHead(); });
     QObject::connect(reply, &QIODevice::readyRead, reply, [answer] { answer->read(); });
     auto* limit = new QTimer(reply); // gone with the reply, unlike a timer that nobody holds
