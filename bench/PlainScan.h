@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "service/VectorRows.h"
+#include "service/ranking/VectorRows.h"
 
 #include <array>
 #include <cstddef>

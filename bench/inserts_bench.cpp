@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "bench/Report.h"
-#include "service/JsonText.h"
-#include "service/Plan.h"
-#include "service/RequestBodies.h"
-#include "service/Schema.h"
+#include "service/api/RequestBodies.h"
+#include "service/candidates/JsonText.h"
+#include "service/candidates/Plan.h"
+#include "service/store/Schema.h"
 
 #include <QCoreApplication>
 #include <QProcess>

@@ -3,8 +3,8 @@
 #include "bench/PlainScan.h"
 #include "bench/Report.h"
 #include "bench/SampleVectors.h"
-#include "service/Sqlite.h"
-#include "service/VectorIndex.h"
+#include "service/ranking/VectorIndex.h"
+#include "service/store/Sqlite.h"
 
 #include <cstdio>
 #include <fstream>

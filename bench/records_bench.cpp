@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "bench/Report.h"
-#include "service/JsonText.h"
-#include "service/SqliteWriter.h"
-#include "service/StoreFile.h"
+#include "service/candidates/JsonText.h"
+#include "service/store/SqliteWriter.h"
+#include "service/store/StoreFile.h"
 
 #include <QCoreApplication>
 #include <QProcess>

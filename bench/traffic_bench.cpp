@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "bench/Report.h"
-#include "service/JsonText.h"
-#include "service/RequestBodies.h"
+#include "service/api/RequestBodies.h"
+#include "service/candidates/JsonText.h"
 
 #include <QCoreApplication>
 #include <QProcess>

@@ -1,11 +1,15 @@
 # SPDX-FileCopyrightText: 2026 The Dorvantel founders
 # SPDX-License-Identifier: MIT
 
-# One static library per folder, named dorvantel_<folder>: every *.cpp of the folder but the entries of programs
-# (main.cpp, *Main.cpp). Includes are written from the root of the repository.
+# One static library per folder, named dorvantel_<folder>: every *.cpp of the folder, and of those of its subfolders that
+# FOLDERS names, but the entries of programs (main.cpp, *Main.cpp). Includes are written from the root of the repository.
 function(dorvantel_room name)
-    cmake_parse_arguments(ROOM "" "" "LINK" ${ARGN})
-    file(GLOB sources CONFIGURE_DEPENDS "*.cpp" "*.h" "*.qrc")
+    cmake_parse_arguments(ROOM "" "" "LINK;FOLDERS" ${ARGN})
+    set(patterns "*.cpp" "*.h" "*.qrc")
+    foreach(folder IN LISTS ROOM_FOLDERS)
+        list(APPEND patterns "${folder}/*.cpp" "${folder}/*.h")
+    endforeach()
+    file(GLOB sources CONFIGURE_DEPENDS ${patterns})
     list(FILTER sources EXCLUDE REGEX "(/main|Main)\\.cpp$")
     add_library(dorvantel_${name} STATIC ${sources})
     target_include_directories(dorvantel_${name} PUBLIC "${PROJECT_SOURCE_DIR}")

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "data/JSONCVData.h"
 #include "fuzz/Fuzz.h"
-#include "service/CVText.h"
+#include "service/candidates/CVText.h"
 
 #include <QList>
 

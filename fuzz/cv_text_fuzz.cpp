@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "fuzz/Fuzz.h"
-#include "service/CVText.h"
-#include "service/JsonText.h"
+#include "service/candidates/CVText.h"
+#include "service/candidates/JsonText.h"
 
 using namespace dorvantel::fuzz;
 using namespace dorvantel::service;

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "fuzz/Fuzz.h"
 #include "fuzz/PlainBody.h"
-#include "service/Embedding.h"
+#include "service/embedding/Embedding.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,9 +3,9 @@
 #include "data/JSONCVData.h"
 #include "fuzz/Fuzz.h"
 #include "records/WireRecords.h"
-#include "service/Answers.h"
-#include "service/JsonText.h"
-#include "service/RequestBodies.h"
+#include "service/api/Answers.h"
+#include "service/api/RequestBodies.h"
+#include "service/candidates/JsonText.h"
 
 #include <array>
 #include <cmath>

@@ -3,7 +3,7 @@
 #include "fuzz/Fuzz.h"
 #include "platform/JsonEscaping.h"
 #include "platform/JsonWriting.h"
-#include "service/RequestBodies.h"
+#include "service/api/RequestBodies.h"
 
 #include <QString>
 

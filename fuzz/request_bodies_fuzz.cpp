@@ -3,8 +3,8 @@
 #include "fuzz/Fuzz.h"
 #include "fuzz/PlainBody.h"
 #include "platform/Utf8.h"
-#include "service/CVText.h"
-#include "service/RequestBodies.h"
+#include "service/api/RequestBodies.h"
+#include "service/candidates/CVText.h"
 
 #include <QByteArray>
 

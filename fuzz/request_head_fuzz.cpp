@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "fuzz/Fuzz.h"
-#include "service/ClientNetworks.h"
-#include "service/Gate.h"
-#include "service/RecordsApi.h"
-#include "service/RequestHead.h"
+#include "service/api/RecordsApi.h"
+#include "service/http/ClientNetworks.h"
+#include "service/http/Gate.h"
+#include "service/http/RequestHead.h"
 
 #include <algorithm>
 

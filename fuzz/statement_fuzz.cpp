@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "fuzz/Fuzz.h"
-#include "service/Statement.h"
+#include "service/api/Statement.h"
 #include "tests/service/StatementText.h"
 
 using namespace dorvantel::fuzz;

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "service/Commands.h"
 
-#include "service/Backup.h"
-#include "service/CandidateVersions.h"
-#include "service/StoreCheck.h"
-#include "service/StoreFile.h"
+#include "service/store/Backup.h"
+#include "service/store/CandidateVersions.h"
+#include "service/store/StoreCheck.h"
+#include "service/store/StoreFile.h"
 
 namespace dorvantel::service {
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "service/Embedding.h"
-#include "service/HttpServer.h"
+#include "service/embedding/Embedding.h"
+#include "service/http/HttpServer.h"
 
 #include <expected>
 #include <filesystem>

@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Log.h"
 #include "service/Commands.h"
-#include "service/EmbeddingQueue.h"
-#include "service/HttpServer.h"
-#include "service/NewFile.h"
-#include "service/OpenFiles.h"
 #include "service/Options.h"
-#include "service/Schema.h"
-#include "service/SqliteStore.h"
+#include "service/embedding/EmbeddingQueue.h"
+#include "service/http/HttpServer.h"
+#include "service/http/OpenFiles.h"
+#include "service/store/NewFile.h"
+#include "service/store/Schema.h"
+#include "service/store/SqliteStore.h"
 
 #include <QString>
 

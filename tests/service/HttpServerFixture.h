@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "service/HttpServer.h"
-#include "service/SqliteStore.h"
+#include "service/http/HttpServer.h"
+#include "service/store/SqliteStore.h"
 #include "tests/service/ServiceSupport.h"
 
 #include <atomic>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/service/ServiceSupport.h"
 
-#include "service/JsonText.h"
-#include "service/RequestBodies.h"
+#include "service/api/RequestBodies.h"
+#include "service/candidates/JsonText.h"
 
 #include <fstream>
 #include <iterator>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "service/Record.h"
-#include "service/Store.h"
+#include "service/candidates/Record.h"
+#include "service/candidates/Store.h"
 
 #include <QTemporaryDir>
 

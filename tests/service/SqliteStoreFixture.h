@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "service/Plan.h"
-#include "service/SqliteStore.h"
+#include "service/candidates/Plan.h"
+#include "service/store/SqliteStore.h"
 #include "tests/service/ServiceSupport.h"
 
 #include <string>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "service/Plan.h"
+#include "service/candidates/Plan.h"
 
 #include <array>
 #include <charconv>

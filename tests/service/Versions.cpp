@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/service/Versions.h"
 
-#include "service/StoreCheck.h"
+#include "service/store/StoreCheck.h"
 #include "tests/service/ServiceSupport.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "service/Record.h"
+#include "service/candidates/Record.h"
 
 #include <cstddef>
 #include <filesystem>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Backup.h"
+#include "service/store/Backup.h"
 
-#include "service/Schema.h"
-#include "service/StoreFile.h"
+#include "service/store/Schema.h"
+#include "service/store/StoreFile.h"
 #include "tests/service/FullDisk.h"
 #include "tests/service/MadeStore.h"
 

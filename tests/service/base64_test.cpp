@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Base64.h"
+#include "service/api/Base64.h"
 
 #include <QByteArray>
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/VectorScan.h"
+#include "service/ranking/VectorScan.h"
 
 #include <algorithm>
 #include <cmath>

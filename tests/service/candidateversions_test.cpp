@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/CandidateVersions.h"
+#include "service/store/CandidateVersions.h"
 
-#include "service/NewFile.h"
+#include "service/store/NewFile.h"
 #include "tests/service/MadeStore.h"
 
 #include <fstream>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/ClientNetworks.h"
+#include "service/http/ClientNetworks.h"
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
 #include "service/CommandLine.h"
-#include "service/Schema.h"
+#include "service/store/Schema.h"
 #include "tests/service/MadeStore.h"
 #include "tests/service/RecordsProcess.h"
 #include "tests/support/Wait.h"

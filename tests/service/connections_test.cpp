@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Connections.h"
+#include "service/http/Connections.h"
 
 #include <array>
 #include <atomic>

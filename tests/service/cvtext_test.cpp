@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/CVText.h"
+#include "service/candidates/CVText.h"
 
 #include "data/JSONCVData.h"
 

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "service/CommandLine.h"
 #include "service/Options.h"
-#include "service/RecordsApi.h"
-#include "service/RequestHead.h"
-#include "service/Statement.h"
+#include "service/api/RecordsApi.h"
+#include "service/api/Statement.h"
+#include "service/http/RequestHead.h"
 
 #include <filesystem>
 #include <fstream>
@@ -32,7 +32,7 @@ std::set<int> statusesOfTheSources() {
     const std::regex speaksOfStatus("errorAnswer\\(|status|case ", std::regex::icase);
     const std::regex number("(^|[^\\w.'])([2-5]\\d\\d)(?![\\w.'])");
     std::set<int> statuses;
-    for (const auto& entry : std::filesystem::directory_iterator(DORVANTEL_SOURCE_DIR "/service")) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(DORVANTEL_SOURCE_DIR "/service")) {
         if (entry.path().stem() == "Embedding") {
             continue;
         }

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Embedding.h"
+#include "service/embedding/Embedding.h"
 
 #include "tests/service/FakeModelServer.h"
 

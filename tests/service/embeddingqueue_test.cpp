@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/EmbeddingQueue.h"
+#include "service/embedding/EmbeddingQueue.h"
 
-#include "service/SqliteStore.h"
+#include "service/store/SqliteStore.h"
 #include "tests/service/FakeModelServer.h"
 #include "tests/service/ServiceSupport.h"
 #include "tests/support/Wait.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Embedding.h"
-#include "service/VectorIndex.h"
+#include "service/embedding/Embedding.h"
+#include "service/ranking/VectorIndex.h"
 
 #include <QRegularExpression>
 #include <QString>

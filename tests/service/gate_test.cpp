@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Gate.h"
+#include "service/http/Gate.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/GroupCommit.h"
+#include "service/store/GroupCommit.h"
 
 #include "tests/service/ServiceSupport.h"
 #include "tests/support/Wait.h"

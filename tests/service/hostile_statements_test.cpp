@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Embedding.h"
-#include "service/Statement.h"
+#include "service/api/Statement.h"
+#include "service/embedding/Embedding.h"
 #include "tests/service/HttpServerFixture.h"
 #include "tests/service/StatementText.h"
 

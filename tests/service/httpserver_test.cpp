@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Answers.h"
+#include "service/api/Answers.h"
 #include "tests/service/FullDisk.h"
 #include "tests/service/HttpServerFixture.h"
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/JsonText.h"
+#include "service/candidates/JsonText.h"
 
 #include "platform/JsonEscaping.h"
 

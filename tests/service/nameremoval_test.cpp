@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/NameRemoval.h"
+#include "service/embedding/NameRemoval.h"
 
 #include <gtest/gtest.h>
 

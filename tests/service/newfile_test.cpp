@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/NewFile.h"
+#include "service/store/NewFile.h"
 
 #include "tests/service/ServiceSupport.h"
 

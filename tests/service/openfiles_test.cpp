@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/HttpServer.h"
-#include "service/OpenFiles.h"
+#include "service/http/HttpServer.h"
+#include "service/http/OpenFiles.h"
 
 #include <gtest/gtest.h>
 

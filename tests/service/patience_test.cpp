@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Patience.h"
+#include "service/http/Patience.h"
 
 #include <gtest/gtest.h>
 

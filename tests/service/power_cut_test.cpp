@@ -5,7 +5,7 @@
 #include "tests/service/ServiceSupport.h"
 #include "tests/service/Versions.h"
 
-#include "service/SqliteStore.h"
+#include "service/store/SqliteStore.h"
 
 #include <algorithm>
 #include <atomic>

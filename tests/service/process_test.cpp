@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Sanitizers.h"
 #include "service/Options.h"
-#include "service/Schema.h"
-#include "service/SqliteStore.h"
+#include "service/store/Schema.h"
+#include "service/store/SqliteStore.h"
 #include "tests/service/FakeModelServer.h"
 #include "tests/service/RawClient.h"
 #include "tests/service/RecordsProcess.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "records/APIRequest.h"
 #include "search/Search.h"
-#include "service/SqliteStore.h"
+#include "service/store/SqliteStore.h"
 
 #include "tests/service/RecordsProcess.h"
 #include "tests/service/ServiceSupport.h"

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/RequestBodies.h"
+#include "service/api/RequestBodies.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/RequestHead.h"
+#include "service/http/RequestHead.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/RecordsApi.h"
+#include "service/api/RecordsApi.h"
 
 #include <gtest/gtest.h>
 

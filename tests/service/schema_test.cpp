@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Schema.h"
+#include "service/store/Schema.h"
 
 #include "tests/service/ServiceSupport.h"
 

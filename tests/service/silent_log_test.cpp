@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Sqlite.h"
+#include "service/store/Sqlite.h"
 #include "tests/service/FakeModelServer.h"
 #include "tests/service/RawClient.h"
 #include "tests/service/RecordsProcess.h"

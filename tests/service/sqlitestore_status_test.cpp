@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/CandidateVersions.h"
+#include "service/store/CandidateVersions.h"
 #include "tests/service/FullDisk.h"
 #include "tests/service/SqliteStoreFixture.h"
 

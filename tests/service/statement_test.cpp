@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Statement.h"
+#include "service/api/Statement.h"
 
 #include <charconv>
 #include <random>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Embedding.h"
-#include "service/SqliteStore.h"
-#include "service/Statement.h"
+#include "service/api/Statement.h"
+#include "service/embedding/Embedding.h"
+#include "service/store/SqliteStore.h"
 #include "tests/service/ServiceSupport.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/service/SqliteStoreFixture.h"
 
-#include "service/Schema.h"
+#include "service/store/Schema.h"
 
 #include <fstream>
 #include <thread>

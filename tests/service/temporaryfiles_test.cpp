@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/Backup.h"
-#include "service/CandidateVersions.h"
+#include "service/store/Backup.h"
+#include "service/store/CandidateVersions.h"
 #include "tests/service/MadeStore.h"
 
 #include <mutex>

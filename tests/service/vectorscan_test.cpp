@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
-#include "service/VectorIndex.h"
+#include "service/ranking/VectorIndex.h"
 
 #include <algorithm>
 #include <limits>
