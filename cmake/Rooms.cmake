@@ -31,7 +31,8 @@ endfunction()
 # the program's name.
 function(dorvantel_tests name)
     cmake_parse_arguments(T "" "" "LINK;DEPENDS" ${ARGN})
-    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp" "${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h")
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS
+         "${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp" "${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h")
     if(NOT sources)
         return()
     endif()
