@@ -6,6 +6,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QPointer>
 #include <QTimer>
 
 #include <algorithm>
@@ -20,11 +21,17 @@ QString timeOutText() {
 
 /// Collects a reply's body as it arrives, as long as the request's limits allow. Asking for it all at the end would
 /// hold a large body twice.
-class Answer {
+///
+/// All that listens to the reply is connected to this object, which goes just before the reply does. What is still
+/// connected to a reply while it is destroyed may be cleared away by Qt's network thread, which takes down its own side
+/// of the request at that time, and then a completion would end on that thread with all that it holds.
+class Answer final : public QObject {
 public:
     Answer(QNetworkReply& reply, qsizetype mostBytes)
         : m_reply(reply)
-        , m_mostBytes(mostBytes) {}
+        , m_mostBytes(mostBytes) {
+        connect(&reply, &QObject::destroyed, this, [this] { delete this; });
+    }
 
     /// More than this is left to the connection: a server may be quicker than this thread is at collecting. Qt's
     /// network thread hears of it only while it works on the request, and it must have heard before the answer begins.
@@ -234,28 +241,26 @@ void NetworkHttpSession::send(const HttpRequest& request, QObject* context,
     Lane& lane = laneTo(place);
     ++lane.open[place];
     QNetworkReply* reply = start(*lane.manager, request);
-    auto answer = std::make_shared<Answer>(*reply, request.mostBytes);
+    auto* answer = new Answer(*reply, request.mostBytes);
     answer->leaveToTheConnection();
-    QObject::connect(reply, &QNetworkReply::socketStartedConnecting, reply,
-                     [answer] { answer->leaveToTheConnection(); });
-    QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [answer] { answer->readHead(); });
-    QObject::connect(reply, &QIODevice::readyRead, reply, [answer] { answer->read(); });
-    auto* limit = new QTimer(reply); // gone with the reply, unlike a timer that nobody holds
+    QObject::connect(reply, &QNetworkReply::socketStartedConnecting, answer, &Answer::leaveToTheConnection);
+    QObject::connect(reply, &QNetworkReply::metaDataChanged, answer, &Answer::readHead);
+    QObject::connect(reply, &QIODevice::readyRead, answer, &Answer::read);
+    auto* limit = new QTimer(answer); // gone with the answer, unlike a timer that nobody holds
     limit->setSingleShot(true);
-    QObject::connect(limit, &QTimer::timeout, reply, [answer] { answer->giveUp(timeOutText()); });
+    QObject::connect(limit, &QTimer::timeout, answer, [answer] { answer->giveUp(timeOutText()); });
     limit->start(request.mostTime);
-    QObject::connect(reply, &QNetworkReply::finished, reply, [this, &lane, place] { leave(lane, place); });
-    QObject::connect(reply, &QNetworkReply::finished, context, [reply, answer, completion = std::move(completion)] {
-        reply->deleteLater();
-        answer->read();
-        completion(outcome(*reply, *answer));
-    });
-    QObject::connect(context, &QObject::destroyed, reply, [reply](QObject* gone) {
-        // Aborting finishes the reply, and what is being destroyed must not hear of it.
-        reply->disconnect(gone);
-        reply->abort();
-        reply->deleteLater();
-    });
+    QObject::connect(
+        reply, &QNetworkReply::finished, answer,
+        [this, &lane, place, reply, answer, asker = QPointer(context), completion = std::move(completion)] {
+            leave(lane, place);
+            reply->deleteLater();
+            if (asker) { // what is being destroyed must not hear of it
+                answer->read();
+                completion(outcome(*reply, *answer));
+            }
+        });
+    QObject::connect(context, &QObject::destroyed, reply, &QNetworkReply::abort); // which finishes the reply
 }
 
 } // namespace dorvantel

@@ -48,7 +48,8 @@ public:
     virtual ~HttpSession() = default;
 
     /// Returns at once and calls `completion` exactly once, never from inside this call. When `context` is destroyed
-    /// first, the request is aborted and `completion` is never called. Any status code is an outcome, not an error.
+    /// first, the request is aborted and `completion` is never called. Called or not, it is destroyed on this thread.
+    /// Any status code is an outcome, not an error.
     virtual void send(const HttpRequest& request, QObject* context, std::function<void(HttpOutcome)> completion) = 0;
 };
 
