@@ -29,7 +29,10 @@ struct FiftyModels : OllamaServiceTest {
             return request.target == "/api/chat" ? reply(chatBody("hola")) : show(number(request));
         };
     }
-    static ScriptedReply embedding() { return reply(R"({"capabilities":["embedding"]})"); }
+    /// So that who got this can be told by the connections that are still open, they close behind it.
+    static ScriptedReply embedding() {
+        return {.body = R"({"capabilities":["embedding"]})", .headers = "Connection: close\r\n"};
+    }
 };
 
 TEST_F(FiftyModels, AreAskedAboutAtOnce) {
@@ -52,12 +55,19 @@ TEST_F(FiftyModels, AreAskedAboutAtOnce) {
 }
 
 TEST_F(FiftyModels, QuestionsThatAreNeverAnsweredLeaveTheOtherModelsTheirCapabilities) {
-    makeService(std::chrono::milliseconds(1000));
-    ScriptedServer server(listing([](int model) { return model < 12 ? way(Way::Stall) : embedding(); }));
-    load(server.url());
+    constexpr int silent = 12;
+    ScriptedServer server(listing([](int model) { return model < silent ? way(Way::Stall) : embedding(); }));
+    settings.setOllamaURL(server.url());
+    service->fetchAvailableModels();
+    const auto isWaitingForTheSilent = [&] {
+        return server.requests().size() == count + 1 && server.openConnections() == silent;
+    };
+    ASSERT_TRUE(waitUntil(isWaitingForTheSilent)) << server.requests().size();
+    server.hangUp();
+    ASSERT_TRUE(waitUntil([&] { return !service->isLoadingModels(); }));
     ASSERT_EQ(service->availableModels().size(), count);
     for (const OllamaModel& model : service->availableModels()) {
-        EXPECT_EQ(model.capabilities.supportsEmbedding, model.name.toInt() >= 12) << qPrintable(model.name);
+        EXPECT_EQ(model.capabilities.supportsEmbedding, model.name.toInt() >= silent) << qPrintable(model.name);
     }
     EXPECT_EQ(service->modelError(), std::nullopt);
 }
