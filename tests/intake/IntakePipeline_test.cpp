@@ -73,6 +73,17 @@ protected:
     bool waitForData() {
         return waitUntil([&] { return state.dataExtracted(); });
     }
+    /// Drops a first CV and answers both questions about it.
+    bool isFirstCVRead() {
+        dropCV("first", u"first"_s);
+        answer(0, extraction);
+        if (!waitForCalls(2)) {
+            return false;
+        }
+        answer(1, mail);
+        return waitForData();
+    }
+
     QByteArray pdfOfState() const { return state.pdfDocument()->dataRepresentation(); }
 
     FakeRecordsService records;
@@ -309,22 +320,14 @@ TEST_F(IntakePipelineTest, OfTwoRunsTheLastToFinishWritesTheValuesAndItsOwnPDF) 
 
 TEST_F(IntakePipelineTest, ValuesOnTheSheetKeepTheirPDFWhileALaterCVIsRead) {
     CapturedOutput output;
-    dropCV("first", u"first"_s);
-    answer(0, extraction);
-    ASSERT_TRUE(waitForCalls(2));
-    answer(1, mail);
-    ASSERT_TRUE(waitForData());
+    ASSERT_TRUE(isFirstCVRead());
     dropCV("second", u"second"_s);
     EXPECT_EQ(pdfOfState(), "first");
 }
 
 TEST_F(IntakePipelineTest, FailureOfALaterCVTakesTheDataOffTheSheetAndKeepsTheValues) {
     CapturedOutput output;
-    dropCV("first", u"first"_s);
-    answer(0, extraction);
-    ASSERT_TRUE(waitForCalls(2));
-    answer(1, mail);
-    ASSERT_TRUE(waitForData());
+    ASSERT_TRUE(isFirstCVRead());
     const SheetValues values = state.values();
     dropCV("second", u"second"_s);
     models.answerChat(2, std::unexpected(OllamaError::emptyResponse()));
