@@ -250,6 +250,12 @@ void NetworkHttpSession::send(const HttpRequest& request, QObject* context,
     limit->setSingleShot(true);
     QObject::connect(limit, &QTimer::timeout, answer, [answer] { answer->giveUp(timeOutText()); });
     limit->start(request.mostTime);
+    // A large PDF takes its time on a slow line; each piece of a body moves the limit, and a body has an end.
+    QObject::connect(reply, &QNetworkReply::uploadProgress, limit, [limit, time = request.mostTime] {
+        if (limit->isActive()) {
+            limit->start(time);
+        }
+    });
     QObject::connect(
         reply, &QNetworkReply::finished, answer,
         [this, &lane, place, reply, answer, asker = QPointer(context), completion = std::move(completion)] {

@@ -26,7 +26,7 @@ struct HttpRequest {
     QByteArray contentType;                    ///< sent when not empty
     QByteArray body;                           ///< sent with POST and DELETE
     std::chrono::milliseconds timeout{60'000}; ///< of silence: data that keeps coming keeps the request alive
-    std::chrono::milliseconds mostTime = std::chrono::minutes(10); ///< until the whole answer is there
+    std::chrono::milliseconds mostTime = std::chrono::minutes(10); ///< from the body's last byte to the answer's
     qsizetype mostBytes = qsizetype{512} * 1024 * 1024;            ///< of the answer's body, unpacked
 };
 
@@ -55,10 +55,10 @@ public:
 
 /// The session that the program uses. A body is sent once, whatever happens: a redirect in answer to it is a response
 /// like any other. So that none is lost with a connection that the server keeps no longer, each request asks for its
-/// connection to be closed behind it. A request without a body is repeated when its connection closes before anything
-/// came, and redirected within its scheme, host and port only, so that nobody is asked or believed whom the user did
-/// not name. Nearly two hundred requests to one host are under way at once; only beyond that does one wait for another,
-/// with its time-out running.
+/// connection to be closed behind it; only a server that keeps it all the same is asked there again. A request without
+/// a body is repeated when its connection closes before anything came, and redirected within its scheme, host and port
+/// only, so that nobody is asked or believed whom the user did not name. Nearly two hundred requests to one host are
+/// under way at once; only beyond that does one wait for another, with its time-out running.
 class NetworkHttpSession final : public HttpSession {
 public:
     NetworkHttpSession();

@@ -12,6 +12,8 @@
 #include <QTcpSocket>
 #include <QTimer>
 
+#include <chrono>
+
 #include <gtest/gtest.h>
 
 namespace dorvantel {
@@ -64,6 +66,36 @@ TEST_F(NetworkHttpSessionTest, DataThatKeepsComingDoesNotKeepTheRequestAliveForE
     ASSERT_FALSE(outcome->has_value());
     EXPECT_EQ(outcome->error().description, u"Se ha agotado el tiempo de espera."_s);
     EXPECT_TRUE(waitUntil([&] { return server.openConnections() == 0; }));
+}
+
+TEST_F(NetworkHttpSessionTest, BodyThatIsTakenSlowlyHasItsTime) {
+    constexpr qsizetype pieces = 64;
+    constexpr qsizetype pieceBytes = qsizetype{256} * 1024;
+    constexpr auto tick = std::chrono::milliseconds(50);
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost, 0));
+    QTimer sip;
+    qsizetype taken = 0;
+    QObject::connect(&server, &QTcpServer::newConnection, &server, [&] {
+        QTcpSocket* socket = server.nextPendingConnection();
+        socket->setReadBufferSize(pieceBytes); // what is not read stays with the other side
+        QObject::connect(&sip, &QTimer::timeout, socket, [&, socket] {
+            taken += socket->read(pieceBytes).size();
+            if (taken >= pieces * pieceBytes) {
+                sip.stop();
+                socket->write("HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nhere");
+            }
+        });
+        sip.start(tick);
+    });
+    HttpRequest request = requestTo(u"http://127.0.0.1:%1/"_s.arg(server.serverPort()));
+    request.method = HttpRequest::Method::Post;
+    request.body = QByteArray(pieces * pieceBytes, 'x');
+    request.mostTime = pieces * tick / 2;
+    session.send(request, context.get(), [this](HttpOutcome received) { outcome = std::move(received); });
+    ASSERT_TRUE(waitUntil([this] { return outcome.has_value(); }));
+    ASSERT_TRUE(outcome->has_value()) << qPrintable(outcome->error().description);
+    EXPECT_EQ((*outcome)->body, "here");
 }
 
 TEST_F(NetworkHttpSessionTest, BodyMayBeAsLongAsTheLimitAndNotLonger) {
