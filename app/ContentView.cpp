@@ -85,7 +85,11 @@ ContentView::ContentView(const Services& services, QWidget* parent)
     connect(&m_intake, &IntakeState::processingErrorChanged, this, &ContentView::showProcessingError);
 }
 
-ContentView::~ContentView() = default;
+ContentView::~ContentView() {
+    // What shows the state goes before the state does.
+    delete m_sheet;
+    delete takeCentralWidget();
+}
 
 QWidget* ContentView::makeSidebar() {
     m_list = new QListView;

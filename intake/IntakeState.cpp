@@ -9,6 +9,11 @@ void IntakeState::setValues(SheetValues values) {
     Q_EMIT valuesReplaced();
 }
 
+void IntakeState::setPDFDocument(std::shared_ptr<PDFDocument> document) {
+    Q_ASSERT(document);
+    m_pdfDocument = std::move(document);
+}
+
 void IntakeState::setSheetIsShowing(bool showing) {
     if (m_sheetIsShowing != showing) {
         m_sheetIsShowing = showing;

@@ -27,7 +27,7 @@ public:
 
     /// The CV that the values were taken from; what OK stores with them. Empty at first, never null.
     const std::shared_ptr<PDFDocument>& pdfDocument() const { return m_pdfDocument; }
-    void setPDFDocument(std::shared_ptr<PDFDocument> document) { m_pdfDocument = std::move(document); }
+    void setPDFDocument(std::shared_ptr<PDFDocument> document);
 
     bool sheetIsShowing() const { return m_sheetIsShowing; }
     void setSheetIsShowing(bool showing);
