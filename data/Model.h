@@ -33,13 +33,13 @@ public:
     const DBRecordPointer& selectedDBRecord() const { return m_selectedDBRecord; }
     void setSelectedDBRecord(DBRecordPointer record);
 
-    /// The catalogues for display and completion. Every rebuild appends to them, so values occur repeatedly.
+    /// The catalogues as they grow: every rebuild appends all its values to them, so values occur repeatedly.
     const QStringList& techSkills() const { return m_techSkills; }
     const QStringList& softSkills() const { return m_softSkills; }
     const QStringList& languages() const { return m_languages; }
 
-    /// What the lists above hold, each value once in its latest spelling, in no order: for fields that complete values
-    /// and let them in. As long as there are values, while the lists grow with every candidate.
+    /// What the lists above hold, each value once in its latest spelling, in no order: for display, and for fields that
+    /// complete values and let them in. As long as there are values, while the lists grow with every candidate.
     QStringList knownTechSkills() const { return m_knownTechSkills.values(); }
     QStringList knownSoftSkills() const { return m_knownSoftSkills.values(); }
     QStringList knownLanguages() const { return m_knownLanguages.values(); }

@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype mebibyte = qsizetype{1024} * 1024;
-/// Sanitizers keep what was freed for a while.
+/// Sanitizers keep what was freed for a while: with them only the outcome tells whether there is a limit.
 constexpr qsizetype sanitizerFactor = isSanitized ? 4 : 1;
 
 /// The most memory that this process had at once since `forgetPeak`, in bytes.

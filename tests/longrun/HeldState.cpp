@@ -102,8 +102,9 @@ Held heldBy(const Model& model) {
     for (const DBRecordPointer& record : records) {
         addRecord(blocks, *record);
     }
-    for (const QStringList* list : {&model.techSkills(), &model.softSkills(), &model.languages()}) {
-        blocks.addList(*list);
+    for (const QStringList& list : {model.techSkills(), model.softSkills(), model.languages(), model.knownTechSkills(),
+                                    model.knownSoftSkills(), model.knownLanguages()}) {
+        blocks.addList(list);
     }
     for (const Model::Catalogue* catalogue :
          {&model.techSkillsDictionary(), &model.softSkillsDictionary(), &model.languagesDictionary()}) {
