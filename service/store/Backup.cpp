@@ -218,7 +218,7 @@ Restored restore(const fs::path& file, const fs::path& named) {
     const StoreLock lock(named);
     const fs::path& store = lock.path();
     refuseStore(file, store);
-    NewFile made(store, NewFile::Kind::Replacement);
+    NewFile made(store, NewFile::Kind::Store);
     StoreReport report;
     try {
         const SqliteDatabase from = openForReading(file.string());

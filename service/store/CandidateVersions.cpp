@@ -150,7 +150,7 @@ std::int64_t exportCandidate(const fs::path& store, std::string_view email, cons
 
 std::int64_t eraseCandidate(const fs::path& store, std::string_view email) {
     const OwnStore own(store);
-    removeLeftovers(own.file.path()); // of a restoration that was killed: a whole copy, perhaps
+    removeLeftovers(own.file.path(), NewFile::Kind::Store); // of a restoration that was killed: a whole copy, perhaps
     const SqliteDatabase& database = own.writer.database();
     database.execute("PRAGMA secure_delete = ON");
     const std::int64_t versions = removeVersions(database, email);

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <set>
 
 #include <fcntl.h>
@@ -63,16 +64,31 @@ void removePart(const std::filesystem::path& path) {
     }
 }
 
-/// Whether it is ours and nobody is making it.
-bool isLeftover(const std::filesystem::path& part) {
+struct Owner {
+    uid_t user;
+    gid_t group;
+};
+
+/// To whom root gives what it makes beside `neighbour`; nothing for everybody else, and where nobody is known.
+std::optional<Owner> ownerBeside(const std::filesystem::path& neighbour) {
+    struct stat status{};
+    if (geteuid() == 0 && (stat(neighbour.c_str(), &status) == 0 || stat(folderOf(neighbour).c_str(), &status) == 0)) {
+        return Owner{status.st_uid, status.st_gid};
+    }
+    return std::nullopt;
+}
+
+/// Whether nobody is making it, and it is ours or belongs to whom we would have given it.
+bool isLeftover(const std::filesystem::path& part, const std::optional<Owner>& receiver) {
     const int descriptor = open(part.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     struct stat status{};
-    const bool found = descriptor >= 0 && fstat(descriptor, &status) == 0 && status.st_uid == geteuid() &&
-                       flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+    const bool isKnown = descriptor >= 0 && fstat(descriptor, &status) == 0;
+    const bool isOurs = isKnown && (status.st_uid == geteuid() || (receiver && status.st_uid == receiver->user));
+    const bool isAbandoned = isOurs && flock(descriptor, LOCK_EX | LOCK_NB) == 0;
     if (descriptor >= 0) {
         close(descriptor);
     }
-    return found;
+    return isAbandoned;
 }
 
 } // namespace
@@ -82,7 +98,7 @@ NewFile::NewFile(const std::filesystem::path& place, Kind kind)
     , m_kind(kind) {
     refuseTaken(); // before the work that making it is
     const auto held = holdNewFiles();
-    removeLeftovers(m_place);
+    removeLeftovers(m_place, kind);
     std::string path = m_place.string() + partMark + "XXXXXX";
     if (kind == Kind::Folder) {
         m_lock = mkdtemp(path.data()) != nullptr ? open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC) : -1;
@@ -93,7 +109,7 @@ NewFile::NewFile(const std::filesystem::path& place, Kind kind)
         fail(m_place, "it cannot be made: ", errno);
     }
     flock(m_lock, LOCK_EX);
-    if (kind != Kind::Folder) {
+    if (kind == Kind::Store) {
         giveToOwnerOf(m_place, m_lock);
     }
     m_path = path;
@@ -144,7 +160,8 @@ void NewFile::refuseTaken() const {
     }
 }
 
-void removeLeftovers(const std::filesystem::path& place) {
+void removeLeftovers(const std::filesystem::path& place, NewFile::Kind kind) {
+    const auto receiver = kind == NewFile::Kind::Store ? ownerBeside(place) : std::nullopt;
     const std::string start = place.filename().string() + partMark;
     std::error_code unreadable;
     for (const auto& entry : std::filesystem::directory_iterator(folderOf(place), unreadable)) {
@@ -152,7 +169,7 @@ void removeLeftovers(const std::filesystem::path& place) {
         const bool isPart = name.starts_with(start) && name.size() == start.size() + partLetters &&
                             std::ranges::all_of(name.substr(start.size()),
                                                 [](unsigned char letter) { return std::isalnum(letter) != 0; });
-        if (isPart && isLeftover(entry.path())) {
+        if (isPart && isLeftover(entry.path(), receiver)) {
             removePart(entry.path());
         }
     }
@@ -170,9 +187,7 @@ std::unique_lock<std::recursive_mutex> holdNewFiles() {
 }
 
 void giveToOwnerOf(const std::filesystem::path& neighbour, int made) {
-    struct stat owner{};
-    const bool isKnown = stat(neighbour.c_str(), &owner) == 0 || stat(folderOf(neighbour).c_str(), &owner) == 0;
-    if (geteuid() == 0 && isKnown && fchown(made, owner.st_uid, owner.st_gid) != 0) {
+    if (const auto owner = ownerBeside(neighbour); owner && fchown(made, owner->user, owner->group) != 0) {
         return; // where root may not do that, files are not told apart by their owners
     }
 }

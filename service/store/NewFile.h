@@ -17,12 +17,13 @@ class FileError : public std::runtime_error {
 
 /// A file or folder that is made under another name beside its place, readable by its owner alone, so that under its
 /// own name it is there whole or not at all. What was not put in place is removed with this object; what a process left
-/// that was killed, by the next object for the same place. Throws FileError.
+/// that was killed, by the next object of this kind for the same place. Throws FileError.
 class NewFile {
 public:
     enum class Kind {
         File,        ///< refused when the name is taken
         Replacement, ///< a file that takes the place of one that has the name
+        Store,       ///< the same for a store; what root makes belongs to the store's owner
         Folder,      ///< refused when the name is taken, but by an empty folder
     };
     NewFile(const std::filesystem::path& place, Kind kind);
@@ -47,8 +48,9 @@ private:
     int m_lock = -1; ///< tells other processes that it is being made
 };
 
-/// Removes what processes left that were killed while they made a NewFile for this place.
-void removeLeftovers(const std::filesystem::path& place);
+/// Removes what processes of the same account left that were killed while they made a NewFile for this place; for root,
+/// also what belongs to the account that root gives a new one to.
+void removeLeftovers(const std::filesystem::path& place, NewFile::Kind kind);
 
 /// Removes whatever this process has not put in place, and keeps its threads from putting anything there or beginning
 /// anew. For a process that is about to end.

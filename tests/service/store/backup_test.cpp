@@ -284,7 +284,7 @@ TEST_F(BackupTest, WhatRootMakesBelongsToWhomTheStoreBelongsTo) {
         return status.st_uid;
     };
     backUp(folder.store(), backup(), false);
-    EXPECT_EQ(ownerOf(backup()), 0U) << "as the folder";
+    EXPECT_EQ(ownerOf(backup()), 0U);
     ASSERT_EQ(chown(folder.store().c_str(), somebody, somebody), 0);
     fs::remove(folder.store().string() + ".lock");
     const auto kept = restore(backup(), folder.store()).keptAside;
@@ -297,6 +297,11 @@ TEST_F(BackupTest, WhatRootMakesBelongsToWhomTheStoreBelongsTo) {
     restore(backup(), home / "new" / "records.sqlite");
     for (const char* const name : {"new", "new/records.sqlite", "new/records.sqlite.lock"}) {
         EXPECT_EQ(ownerOf(home / name), somebody) << name;
+    }
+    for (const bool isReplacing : {false, true}) {
+        backUp(folder.store(), home / "backup.sqlite", isReplacing);
+        EXPECT_EQ(ownerOf(home / "backup.sqlite"), 0U) << "a backup is no store of the folder's owner";
+        EXPECT_EQ(fs::status(home / "backup.sqlite").permissions(), ownerOnly);
     }
     {
         SqliteStore store(home / "served" / "records.sqlite", "");

@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include <nlohmann/json.hpp>
+#include <unistd.h>
 
 using namespace dorvantel::service;
 using namespace dorvantel::test;
@@ -154,6 +155,20 @@ TEST_F(CandidateVersions, ErasingClearsTheLogOfAServiceThatWasKilled) {
 
 TEST_F(CandidateVersions, ErasingRemovesWhatAKilledRestorationLeft) {
     fs::copy_file(folder.store(), folder.store().string() + ".part-aB3xYz");
+    ASSERT_EQ(eraseCandidate(folder.store(), "ana@x"), 3);
+    EXPECT_THAT(filesWith("ana-3/499"), IsEmpty());
+}
+
+TEST_F(CandidateVersions, ErasingByRootRemovesWhatItsKilledRestorationLeftToTheStoresOwner) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root makes files for others";
+    }
+    constexpr uid_t somebody = 12'345;
+    const std::string part = folder.store().string() + ".part-aB3xYz";
+    fs::copy_file(folder.store(), part);
+    for (const std::string& file : {folder.store().string(), part}) {
+        ASSERT_EQ(chown(file.c_str(), somebody, somebody), 0);
+    }
     ASSERT_EQ(eraseCandidate(folder.store(), "ana@x"), 3);
     EXPECT_THAT(filesWith("ana-3/499"), IsEmpty());
 }

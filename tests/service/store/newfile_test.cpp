@@ -11,11 +11,24 @@
 #include <thread>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 using namespace dorvantel::service;
 using namespace dorvantel::test;
 
 namespace fs = std::filesystem;
+
+namespace {
+
+std::set<std::string> namesIn(const fs::path& folder) {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        names.insert(entry.path().filename());
+    }
+    return names;
+}
+
+} // namespace
 
 TEST(NewFile, WhatAKilledProcessLeftIsRemovedByTheNext) {
     const StoreFolder folder;
@@ -34,12 +47,42 @@ TEST(NewFile, WhatAKilledProcessLeftIsRemovedByTheNext) {
         EXPECT_TRUE(fs::exists(first.path())) << "it is being made";
         EXPECT_NE(first.path(), second.path());
     }
-    std::set<std::string> left;
-    for (const auto& entry : fs::directory_iterator(folder.path())) {
-        left.insert(entry.path().filename());
+    EXPECT_EQ(namesIn(folder.path()), (std::set<std::string>{"backup.sqlite.part-", "backup.sqlite.part-mine",
+                                                             "backup.sqlite.part-my.own", "other.sqlite.part-aB3xYz"}));
+}
+
+TEST(NewFile, RootRemovesWhatWasLeftToTheStoresOwnerWhereItMakesAStore) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root makes files for others";
     }
-    EXPECT_EQ(left, (std::set<std::string>{"backup.sqlite.part-", "backup.sqlite.part-mine",
-                                           "backup.sqlite.part-my.own", "other.sqlite.part-aB3xYz"}));
+    constexpr uid_t owner = 12'345;
+    constexpr uid_t another = 12'346;
+    const auto left = [](NewFile::Kind kind, bool isStoreThere) {
+        const StoreFolder folder;
+        const auto touch = [&](const char* name, uid_t user) {
+            std::ofstream(folder.path() / name) << "bytes";
+            EXPECT_EQ(chown((folder.path() / name).c_str(), user, user), 0);
+        };
+        EXPECT_EQ(chown(folder.path().c_str(), owner, owner), 0);
+        if (isStoreThere) {
+            touch("records.sqlite", owner);
+        }
+        touch("records.sqlite.part-roots1", 0);
+        touch("records.sqlite.part-owners", owner);
+        touch("records.sqlite.part-others", another);
+        {
+            const NewFile made(folder.store(), kind);
+        }
+        std::set<std::string> names = namesIn(folder.path());
+        names.erase("records.sqlite");
+        return names;
+    };
+    for (const bool isStoreThere : {true, false}) {
+        EXPECT_EQ(left(NewFile::Kind::Store, isStoreThere), (std::set<std::string>{"records.sqlite.part-others"}));
+        EXPECT_EQ(left(NewFile::Kind::Replacement, isStoreThere),
+                  (std::set<std::string>{"records.sqlite.part-owners", "records.sqlite.part-others"}))
+            << "what becomes no store is given to nobody";
+    }
 }
 
 TEST(NewFile, OfTwoThatAreFinishedAtOnceOneGetsTheName) {
