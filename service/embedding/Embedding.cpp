@@ -9,6 +9,9 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
 
 #include <httplib.h>
 #include <simdjson.h>
@@ -18,6 +21,7 @@ namespace dorvantel::service {
 namespace {
 
 using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
 
 /// A model that has to be loaded first may take minutes.
 constexpr auto answerTime = 5min;
@@ -127,6 +131,24 @@ public:
         http->set_keep_alive(true);
     }
 
+    /// The library bounds each wait for bytes and leaves the body to us, but takes a head without end as long as
+    /// something comes. So whatever is under way at `end` is cut from outside.
+    httplib::Result sendUntil(Clock::time_point end, const httplib::Request& request) const {
+        const std::jthread watch([this, end](const std::stop_token& isOver) {
+            std::mutex mutex;
+            std::condition_variable_any woken;
+            std::unique_lock lock(mutex);
+            const auto never = [] { return false; };
+            woken.wait_until(lock, isOver, end, never);
+            // A call that is only about to connect does not notice that it was cut, so it is told until it has.
+            while (!isOver.stop_requested()) {
+                http->stop();
+                woken.wait_for(lock, isOver, 20ms, never);
+            }
+        });
+        return http->send(request);
+    }
+
     std::unique_ptr<httplib::ClientImpl> http;
     std::atomic<bool> isCancelled = false;
 };
@@ -155,21 +177,23 @@ std::expected<std::vector<double>, EmbeddingError> EmbeddingClient::embed(const 
 
     std::string answer;
     bool isTooLarge = false;
-    const auto end = std::chrono::steady_clock::now() + m_limits.time;
     request.content_receiver = [&](const char* data, std::size_t size, std::uint64_t, std::uint64_t) {
         isTooLarge = answer.size() + size > m_limits.bytes;
-        if (isTooLarge || std::chrono::steady_clock::now() > end) {
-            return false;
+        if (!isTooLarge) {
+            answer.append(data, size);
         }
-        answer.append(data, size);
-        return true;
+        return !isTooLarge;
     };
     if (m_connection->isCancelled) {
         return std::unexpected(EmbeddingError{false, "the service stops"});
     }
-    const auto result = m_connection->http->send(request);
+    const Clock::time_point end = Clock::now() + m_limits.time;
+    const auto result = m_connection->sendUntil(end, request);
     if (isTooLarge) {
         return std::unexpected(EmbeddingError{true, "the model server's answer is too large"});
+    }
+    if (Clock::now() > end) {
+        return std::unexpected(EmbeddingError{false, "the model server's answer takes too long"});
     }
     if (!result) {
         return std::unexpected(EmbeddingError{false, "the model server does not answer: " + to_string(result.error())});

@@ -53,15 +53,16 @@ class EmbeddingClient {
 public:
     /// What an answer may take; beyond that it is given up.
     struct Limits {
-        std::size_t bytes = std::size_t{16} * 1024 * 1024;
-        std::chrono::milliseconds time = std::chrono::minutes(10);
+        std::size_t bytes = std::size_t{16} * 1024 * 1024;         ///< of its body, unpacked
+        std::chrono::milliseconds time = std::chrono::minutes(10); ///< from the call until all of it is there
     };
 
     EmbeddingClient(const ModelServerAddress& server, std::string model);
     EmbeddingClient(const ModelServerAddress& server, std::string model, const Limits& limits);
     ~EmbeddingClient();
 
-    /// The server's vector as it came. Blocks until the server has answered.
+    /// The server's vector as it came. Blocks until the server has answered or the time is over. Without the memory
+    /// for it, or a thread, it throws.
     std::expected<std::vector<double>, EmbeddingError> embed(const std::string& text);
 
     /// Ends a call that runs, and every later one, at once. Any thread.

@@ -3,9 +3,15 @@
 #include "service/embedding/Embedding.h"
 
 #include "tests/service/FakeModelServer.h"
+#include "tests/support/ScriptedServer.h"
+#include "tests/support/Wait.h"
+
+#include <QTcpSocket>
 
 #include <chrono>
 #include <cmath>
+#include <functional>
+#include <future>
 #include <latch>
 #include <limits>
 
@@ -13,7 +19,7 @@
 #include <nlohmann/json.hpp>
 
 using namespace dorvantel::service;
-using dorvantel::test::FakeModelServer;
+using namespace dorvantel::test;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -28,6 +34,25 @@ EmbeddingError errorOf(const FakeModelServer::Answer& answer) {
     const auto vector = EmbeddingClient(addressOf(server), "m").embed("x");
     EXPECT_FALSE(vector);
     return vector ? EmbeddingError{} : vector.error();
+}
+
+/// Sends the beginning of a head, then `piece` again and again as fast as it is taken.
+void flood(QTcpSocket& socket, const QByteArray& piece) {
+    QObject::connect(&socket, &QTcpSocket::bytesWritten, &socket, [&socket, piece] {
+        if (socket.bytesToWrite() == 0) {
+            socket.write(piece);
+        }
+    });
+    socket.write("HTTP/1.1 200 OK\r\n");
+}
+
+/// The same with a little time between the pieces.
+void drip(QTcpSocket& socket, const QByteArray& piece) {
+    constexpr int pauseMs = 5;
+    auto* const timer = new QTimer(&socket);
+    QObject::connect(timer, &QTimer::timeout, &socket, [&socket, piece] { socket.write(piece); });
+    timer->start(pauseMs);
+    socket.write("HTTP/1.1 200 OK\r\n");
 }
 
 } // namespace
@@ -187,6 +212,25 @@ TEST(EmbeddingClient, AnswerThatTakesTooLongIsTheServersTrouble) {
     const auto answer = client.embed("text");
     ASSERT_FALSE(answer);
     EXPECT_FALSE(answer.error().concernsText);
+}
+
+TEST(EmbeddingClient, HeadWithoutEndIsGivenUpWhenTheTimeIsOver) {
+    using Play = std::function<void(QTcpSocket&)>;
+    const Play lines = [](QTcpSocket& socket) { flood(socket, QByteArray("X-Line: x\r\n").repeated(1'000)); };
+    const Play linesNowAndThen = [](QTcpSocket& socket) { drip(socket, "X-Line: x\r\n"); };
+    const Play byteByByte = [](QTcpSocket& socket) { drip(socket, "x"); };
+    for (const Play& play : {lines, linesNowAndThen, byteByByte}) {
+        ScriptedServer server(ScriptedReply{.way = ScriptedReply::Way::Played, .play = play});
+        EmbeddingClient client({.host = "127.0.0.1", .port = QUrl(server.url()).port()}, "m",
+                               {.time = std::chrono::milliseconds(100)});
+        auto answer = std::async(std::launch::async, [&client] { return client.embed("text"); });
+        EXPECT_TRUE(waitUntil([&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+        server.hangUp(); // ends a call that was not given up
+        const auto vector = answer.get();
+        ASSERT_FALSE(vector);
+        EXPECT_FALSE(vector.error().concernsText);
+        EXPECT_EQ(vector.error().message, "the model server's answer takes too long");
+    }
 }
 
 TEST(EmbeddingClient, ServerThatIsNotThereIsInTrouble) {
