@@ -102,8 +102,11 @@ public:
 
     virtual Stored<StoreStatus> status() = 0;
 
-    /// The next candidate behind `afterId` that waits for a vector, in the order of insertion.
-    virtual Stored<std::optional<Unembedded>> nextUnembedded(std::int64_t afterId) = 0;
+    /// The id of the next candidate behind `afterId` that waits for a vector, in the order of insertion.
+    virtual Stored<std::optional<std::int64_t>> nextUnembedded(std::int64_t afterId) = 0;
+
+    /// Nothing when that version of a candidate does not wait for a vector.
+    virtual Stored<std::optional<Unembedded>> unembedded(std::int64_t id) = 0;
 
     /// Gives that version of a candidate its vector, which has unit length; false when the version is gone by now.
     virtual Stored<bool> putVector(std::int64_t id, const std::vector<float>& vector) = 0;

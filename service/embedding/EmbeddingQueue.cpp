@@ -65,7 +65,7 @@ void EmbeddingQueue::work() {
     m_changed.notify_all();
 }
 
-/// A pass that fails unexpectedly, for want of memory say, must not end the service.
+/// What fails unexpectedly, for want of memory say, must not end the service.
 EmbeddingQueue::Clock::time_point EmbeddingQueue::passOrPause() {
     try {
         return pass();
@@ -77,40 +77,54 @@ EmbeddingQueue::Clock::time_point EmbeddingQueue::passOrPause() {
 
 /// Goes through the whole queue once and says when that is worth doing again.
 EmbeddingQueue::Clock::time_point EmbeddingQueue::pass() {
-    std::map<std::int64_t, Delay> delays;
     Clock::time_point next = Clock::time_point::max();
-    for (std::int64_t after = 0; !isStopping();) {
-        const auto candidate = m_store.nextUnembedded(after);
-        if (!candidate) {
-            lengthen(m_serverDelay, candidate.error().message);
+    for (std::int64_t last = 0; !isStopping();) {
+        const auto waiting = m_store.nextUnembedded(last);
+        if (!waiting) {
+            lengthen(m_serverDelay, waiting.error().message);
             return m_serverDelay.until;
         }
-        if (!*candidate) {
-            m_delays = std::move(delays); // forgets those that are no longer in the queue
+        // Those between are no longer in the queue.
+        m_delays.erase(m_delays.upper_bound(last), *waiting ? m_delays.lower_bound(**waiting) : m_delays.end());
+        if (!*waiting) {
             return next;
         }
-        after = (*candidate)->id;
-        Delay delay = m_delays[after];
-        if (delay.until <= Clock::now()) {
-            switch (embed(**candidate)) {
-            case Outcome::Done:
-                m_delays.erase(after);
-                continue;
-            case Outcome::NotTaken:
-                delay = m_delays[after];
-                break;
-            case Outcome::NoServer:
-                return m_serverDelay.until;
-            }
+        last = **waiting;
+        Delay& delay = m_delays[last];
+        switch (delay.until <= Clock::now() ? embedOrPostpone(last, delay) : Outcome::NotTaken) {
+        case Outcome::Done:
+            m_delays.erase(last);
+            break;
+        case Outcome::NotTaken:
+            next = std::min(next, delay.until);
+            break;
+        case Outcome::NoServer:
+            return m_serverDelay.until;
         }
-        delays[after] = delay;
-        next = std::min(next, delay.until);
     }
     return next;
 }
 
-EmbeddingQueue::Outcome EmbeddingQueue::embed(const Unembedded& candidate) {
-    const auto answer = m_client.embed(embeddingText(candidate));
+/// One that fails again and again must not keep those behind it waiting.
+EmbeddingQueue::Outcome EmbeddingQueue::embedOrPostpone(std::int64_t id, Delay& delay) {
+    try {
+        return embed(id, delay);
+    } catch (const std::exception&) {
+        lengthen(delay, "it failed unexpectedly");
+        return Outcome::NotTaken;
+    }
+}
+
+EmbeddingQueue::Outcome EmbeddingQueue::embed(std::int64_t id, Delay& delay) {
+    const auto candidate = m_store.unembedded(id);
+    if (!candidate) {
+        lengthen(delay, candidate.error().message);
+        return Outcome::NotTaken;
+    }
+    if (!*candidate) {
+        return Outcome::Done;
+    }
+    const auto answer = m_client.embed(embeddingText(**candidate));
     if (!answer && isStopping()) {
         return Outcome::NoServer;
     }
@@ -120,25 +134,29 @@ EmbeddingQueue::Outcome EmbeddingQueue::embed(const Unembedded& candidate) {
     }
     m_serverDelay = {};
     if (!answer) {
-        lengthen(m_delays[candidate.id], answer.error().message);
+        lengthen(delay, answer.error().message);
         return Outcome::NotTaken;
     }
     const auto vector = unitVector(*answer);
     if (!vector) {
-        lengthen(m_delays[candidate.id], "the model server's vector has no direction");
+        lengthen(delay, "the model server's vector has no direction");
         return Outcome::NotTaken;
     }
-    if (const auto stored = m_store.putVector(candidate.id, *vector); !stored) {
-        lengthen(m_delays[candidate.id], stored.error().message);
+    if (const auto stored = m_store.putVector(id, *vector); !stored) {
+        lengthen(delay, stored.error().message);
         return Outcome::NotTaken;
     }
     return Outcome::Done;
 }
 
-void EmbeddingQueue::lengthen(Delay& delay, std::string_view reason) const {
+void EmbeddingQueue::lengthen(Delay& delay, std::string_view reason) const noexcept {
     delay.pause = std::clamp(delay.pause * 2, m_pauses.first, m_pauses.longest);
     delay.until = Clock::now() + delay.pause;
-    m_log("embedding: " + std::string(reason) + "; trying again in " + std::to_string(delay.pause.count()) + " ms");
+    try {
+        m_log("embedding: " + std::string(reason) + "; trying again in " + std::to_string(delay.pause.count()) + " ms");
+    } catch (const std::exception&) {
+        // What there is no memory for is not said.
+    }
 }
 
 } // namespace dorvantel::service

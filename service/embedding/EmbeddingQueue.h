@@ -17,7 +17,8 @@ namespace dorvantel::service {
 
 /// Gives every stored candidate its vector, one after the other, in a thread of its own. What is still to do is kept
 /// by the store, so it survives a restart. A model server that does not answer pauses the whole queue, a text that it
-/// does not take only that candidate; both are tried again, each time after twice the pause.
+/// does not take only that candidate, and so does whatever else fails with one; both are tried again, each time after
+/// twice the pause.
 class EmbeddingQueue {
 public:
     struct Pauses {
@@ -52,8 +53,9 @@ private:
     void work();
     Clock::time_point pass();
     Clock::time_point passOrPause();
-    Outcome embed(const Unembedded& candidate);
-    void lengthen(Delay& delay, std::string_view reason) const;
+    Outcome embed(std::int64_t id, Delay& delay);
+    Outcome embedOrPostpone(std::int64_t id, Delay& delay);
+    void lengthen(Delay& delay, std::string_view reason) const noexcept;
     bool isStopping();
 
     Store& m_store;

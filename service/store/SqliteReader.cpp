@@ -35,9 +35,9 @@ SqliteReader::SqliteReader(const std::string& path)
     , m_byId(m_database, byIdText)
     , m_pdf(m_database, "SELECT record.id, pdf.record IS NOT NULL, length(pdf.bytes) FROM record "
                         "LEFT JOIN pdf ON pdf.record = record.id WHERE record.email = ?")
-    , m_queued(m_database,
-               "SELECT id, name, email, profession, summary, cv_json FROM embedding_queue JOIN record ON id = record "
-               "WHERE record > ? ORDER BY record LIMIT 1") {}
+    , m_queued(m_database, "SELECT record FROM embedding_queue WHERE record > ? ORDER BY record LIMIT 1")
+    , m_unembedded(m_database, "SELECT name, email, profession, summary, cv_json FROM embedding_queue "
+                               "JOIN record ON id = record WHERE record = ?") {}
 
 void SqliteReader::beginSnapshot() {
     m_begin.run();
@@ -45,7 +45,7 @@ void SqliteReader::beginSnapshot() {
 }
 
 void SqliteReader::endSnapshot() noexcept {
-    for (SqliteStatement* const statement : {&m_list, &m_ids, &m_byId, &m_pdf, &m_queued}) {
+    for (SqliteStatement* const statement : {&m_list, &m_ids, &m_byId, &m_pdf, &m_queued, &m_unembedded}) {
         statement->reset();
     }
     while (m_traits.size() > keptTraitStatements) {

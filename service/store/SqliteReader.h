@@ -27,7 +27,8 @@ public:
     SqliteStatement& ids() { return m_ids; }       ///< of every candidate, in any order
     SqliteStatement& byId() { return m_byId; }     ///< the same columns of one version, current or not
     SqliteStatement& pdf() { return m_pdf; }       ///< of an e-mail: the version, whether it has a PDF, and its length
-    SqliteStatement& queued() { return m_queued; } ///< the next one in the queue for vectors behind an id
+    SqliteStatement& queued() { return m_queued; } ///< the next id in the queue for vectors behind an id
+    SqliteStatement& unembedded() { return m_unembedded; } ///< of an id in that queue: what its vector is made of
     /// The versions that have a value, by rising id; one statement for each condition of a plan.
     SqliteStatement& trait(std::size_t index);
     /// Up to `size` bytes of a version's PDF from `at` on.
@@ -43,6 +44,7 @@ private:
     SqliteStatement m_byId;
     SqliteStatement m_pdf;
     SqliteStatement m_queued;
+    SqliteStatement m_unembedded;
     std::deque<SqliteStatement> m_traits; ///< a deque: the statements must not move
 };
 

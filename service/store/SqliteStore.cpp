@@ -175,17 +175,26 @@ Stored<StoreStatus> SqliteStore::status() {
     });
 }
 
-Stored<std::optional<Unembedded>> SqliteStore::nextUnembedded(std::int64_t afterId) {
-    return guarded([&]() -> std::optional<Unembedded> {
+Stored<std::optional<std::int64_t>> SqliteStore::nextUnembedded(std::int64_t afterId) {
+    return guarded([&]() -> std::optional<std::int64_t> {
         const auto reader = m_readers.take();
         SqliteStatement& statement = reader->queued();
         statement.bind(0, afterId);
+        return statement.step() ? std::optional(statement.number(0)) : std::nullopt;
+    });
+}
+
+Stored<std::optional<Unembedded>> SqliteStore::unembedded(std::int64_t id) {
+    return guarded([&]() -> std::optional<Unembedded> {
+        const auto reader = m_readers.take();
+        SqliteStatement& statement = reader->unembedded();
+        statement.bind(0, id);
         if (!statement.step()) {
             return std::nullopt;
         }
         const auto text = [&](int column) { return std::string(statement.text(column)); };
-        const auto cvData = readCVText(statement.text(5));
-        return Unembedded{statement.number(0), text(1), text(2), text(3), text(4), cvData ? *cvData : CVData{}};
+        const auto cvData = readCVText(statement.text(4));
+        return Unembedded{id, text(0), text(1), text(2), text(3), cvData ? *cvData : CVData{}};
     });
 }
 

@@ -31,7 +31,8 @@ public:
     Stored<std::string> pdfPiece(std::int64_t version, std::size_t at, std::size_t size) override;
     Stored<std::unique_ptr<Rows>> run(const Plan& plan) override;
     Stored<StoreStatus> status() override;
-    Stored<std::optional<Unembedded>> nextUnembedded(std::int64_t afterId) override;
+    Stored<std::optional<std::int64_t>> nextUnembedded(std::int64_t afterId) override;
+    Stored<std::optional<Unembedded>> unembedded(std::int64_t id) override;
     Stored<bool> putVector(std::int64_t id, const std::vector<float>& vector) override;
 
 private:

@@ -63,9 +63,10 @@ std::vector<std::string> emailsOf(service::Store& store, const service::Plan& pl
 
 std::int64_t queuedId(service::Store& store, const std::string& email) {
     std::int64_t id = 0;
-    while (const auto candidate = *store.nextUnembedded(id)) {
-        id = candidate->id;
-        if (candidate->profession == "Profession of " + email) {
+    while (const auto waiting = *store.nextUnembedded(id)) {
+        id = *waiting;
+        const auto candidate = *store.unembedded(id); // nothing when it has got its vector meanwhile
+        if (candidate && candidate->profession == "Profession of " + email) {
             return id;
         }
     }

@@ -86,8 +86,8 @@ protected:
                                                               utf8(cvData.techSkills), utf8(cvData.languages)})));
         }
         for (std::int64_t id = 0; const auto waiting = *store.nextUnembedded(id);) {
-            id = waiting->id;
-            const std::string email = waiting->profession.substr(std::string("Profession of ").size());
+            id = *waiting;
+            const std::string email = (*store.unembedded(id))->profession.substr(std::string("Profession of ").size());
             const auto candidate = std::ranges::find(candidates, QString::fromStdString(email), &Candidate::email);
             ASSERT_TRUE(*store.putVector(id, candidate->vector));
         }

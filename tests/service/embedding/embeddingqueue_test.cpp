@@ -55,11 +55,13 @@ FakeModelServer::Answer compass(const std::string& body) {
                                                                           : std::vector<double>{0, 2});
 }
 
-/// A store that runs out of memory once when it is asked what waits.
+/// A store that runs out of memory once when it is asked what waits, or whenever it is asked for `tooLarge`.
 class ScarceStore final : public Store {
 public:
-    explicit ScarceStore(Store& store)
-        : m_store(store) {}
+    explicit ScarceStore(Store& store, std::optional<std::int64_t> tooLarge = {})
+        : m_store(store)
+        , m_tooLarge(tooLarge)
+        , m_isScarce(!tooLarge) {}
     Stored<void> insert(const Record& record) override { return m_store.insert(record); }
     Stored<bool> remove(std::string_view email) override { return m_store.remove(email); }
     Stored<std::optional<StoredPDF>> pdf(std::string_view email) override { return m_store.pdf(email); }
@@ -68,11 +70,17 @@ public:
     }
     Stored<std::unique_ptr<Rows>> run(const Plan& plan) override { return m_store.run(plan); }
     Stored<StoreStatus> status() override { return m_store.status(); }
-    Stored<std::optional<Unembedded>> nextUnembedded(std::int64_t afterId) override {
+    Stored<std::optional<std::int64_t>> nextUnembedded(std::int64_t afterId) override {
         if (std::exchange(m_isScarce, false)) {
             throw std::bad_alloc();
         }
         return m_store.nextUnembedded(afterId);
+    }
+    Stored<std::optional<Unembedded>> unembedded(std::int64_t id) override {
+        if (id == m_tooLarge) {
+            throw std::bad_alloc();
+        }
+        return m_store.unembedded(id);
     }
     Stored<bool> putVector(std::int64_t id, const std::vector<float>& vector) override {
         return m_store.putVector(id, vector);
@@ -80,7 +88,8 @@ public:
 
 private:
     Store& m_store;
-    bool m_isScarce = true; // of the queue's thread
+    std::optional<std::int64_t> m_tooLarge;
+    bool m_isScarce; // of the queue's thread
 };
 
 } // namespace
@@ -96,6 +105,36 @@ TEST_F(EmbeddingQueueTest, UnexpectedFailurePausesTheQueueAndDoesNotEndTheProgra
                          });
     EXPECT_TRUE(waitUntil([this] { return isQueueEmpty(); }));
     EXPECT_THAT(log(), ElementsAre("embedding: it failed unexpectedly; trying again in 1 ms"));
+}
+
+TEST_F(EmbeddingQueueTest, CandidateThatFailsUnexpectedlyEachTimeHoldsNobodyUp) {
+    const FakeModelServer server(compass);
+    for (const char* const email : {"east@x", "large@x", "other@x"}) {
+        ASSERT_TRUE(store.insert(makeRecord(email)));
+    }
+    ScarceStore scarce(store, queuedId(store, "large@x"));
+    EmbeddingQueue queue(scarce, {.host = "127.0.0.1", .port = server.port()}, "m", {1ms, 5ms},
+                         [this](std::string_view line) {
+                             const std::scoped_lock lock(mutex);
+                             lines.emplace_back(line);
+                         });
+    EXPECT_TRUE(waitUntil([this] { return queuedId(store, "other@x") == 0 && log().size() >= 4; }));
+    queue.stop();
+    EXPECT_THAT(ranking({1, 0}), ElementsAre("east@x", "other@x"));
+    EXPECT_NE(queuedId(store, "large@x"), 0);
+    const auto said = log();
+    EXPECT_EQ(said[0], "embedding: it failed unexpectedly; trying again in 1 ms");
+    EXPECT_EQ(said[3], "embedding: it failed unexpectedly; trying again in 5 ms");
+}
+
+TEST_F(EmbeddingQueueTest, LineThatCannotBeWrittenEndsNothing) {
+    std::atomic<int> calls = 0;
+    const FakeModelServer server(
+        [&](const std::string& body) { return ++calls == 1 ? FakeModelServer::Answer{503, ""} : compass(body); });
+    ASSERT_TRUE(store.insert(makeRecord("east@x")));
+    const EmbeddingQueue queue(store, {.host = "127.0.0.1", .port = server.port()}, "m", {1ms, 5ms},
+                               [](std::string_view) { throw std::bad_alloc(); });
+    EXPECT_TRUE(waitUntil([this] { return isQueueEmpty(); }));
 }
 
 TEST_F(EmbeddingQueueTest, FillsWhatWaitsAtTheStartAndWhatComesLater) {

@@ -51,9 +51,9 @@ protected:
         }
         for (std::int64_t last = 0; running > 0;) {
             const auto waiting = *store.nextUnembedded(last);
-            last = waiting ? waiting->id : 0;
-            if (waiting) {
-                ASSERT_TRUE(store.putVector(last, Versions::vector(Versions::versionIn(waiting->profession))));
+            last = waiting.value_or(0);
+            if (const auto candidate = *store.unembedded(last)) {
+                ASSERT_TRUE(store.putVector(last, Versions::vector(Versions::versionIn(candidate->profession))));
             }
         }
     }

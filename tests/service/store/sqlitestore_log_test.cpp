@@ -84,7 +84,7 @@ TEST_F(StoreLog, BeginsAnewBesideAnswersThatAreNotAtTheirEnd) {
         insert(emails.back(), 10);
     }
     for (std::int64_t id = 0; const auto waiting = *store.nextUnembedded(id);) {
-        id = waiting->id;
+        id = *waiting;
         ASSERT_TRUE(store.putVector(id, {0.6F, 0.8F}));
     }
     std::vector<std::unique_ptr<Rows>> answers;

@@ -12,16 +12,22 @@ TEST_F(SqliteStoreTest, InsertedCandidateWaitsForItsVector) {
     SqliteStore store(folder.store(), "m");
     ASSERT_TRUE(store.insert(makeRecord("a@x", {"Femenino", {"S"}, {"T"}, {"L"}})));
     ASSERT_TRUE(store.insert(makeRecord("b@x")));
-    const auto first = *store.nextUnembedded(0);
+    const auto firstId = *store.nextUnembedded(0);
+    ASSERT_TRUE(firstId);
+    const auto first = *store.unembedded(*firstId);
     ASSERT_TRUE(first);
+    EXPECT_EQ(first->id, *firstId);
     EXPECT_EQ(first->name, "Name of a@x");
     EXPECT_EQ(first->email, "a@x");
     EXPECT_EQ(first->profession, "Profession of a@x");
     EXPECT_EQ(first->summarizedText, "Summary of a@x");
     EXPECT_EQ(first->cvData, (CVData{"Femenino", {"S"}, {"T"}, {"L"}}));
-    const auto second = *store.nextUnembedded(first->id);
-    EXPECT_EQ(second->profession, "Profession of b@x");
-    EXPECT_EQ(*store.nextUnembedded(second->id), std::nullopt);
+    const auto second = *store.nextUnembedded(*firstId);
+    ASSERT_TRUE(second);
+    EXPECT_EQ((*store.unembedded(*second))->profession, "Profession of b@x");
+    EXPECT_EQ(*store.nextUnembedded(*second), std::nullopt);
+    ASSERT_EQ(store.putVector(*second, {1, 0}), true);
+    EXPECT_FALSE(*store.unembedded(*second)) << "it waits no longer";
 }
 
 TEST_F(SqliteStoreTest, StoreOfEveryEarlierVersionComputesItsVectorsAgain) {
@@ -37,8 +43,7 @@ TEST_F(SqliteStoreTest, StoreOfEveryEarlierVersionComputesItsVectorsAgain) {
         }
         SqliteStore store(own.store(), "m");
         EXPECT_THAT(emailsOf(store, similarTo({1})), IsEmpty());
-        ASSERT_TRUE(*store.nextUnembedded(0));
-        EXPECT_EQ((*store.nextUnembedded(0))->id, 7);
+        EXPECT_EQ(*store.nextUnembedded(0), 7);
         EXPECT_EQ(store.putVector(7, {1, 0}), true);
         EXPECT_THAT(emailsOf(store, similarTo({1, 0})), ElementsAre("a@x"));
     }

@@ -33,8 +33,9 @@ TEST_F(SqliteStoreTest, SearchesStayExactWhileVectorsComeAndGo) {
     SqliteStore store(folder.store(), "m");
     const auto embedAll = [&store] {
         for (std::int64_t id = 0; const auto waiting = *store.nextUnembedded(id);) {
-            id = waiting->id;
-            EXPECT_TRUE(store.putVector(id, vectorOf(static_cast<unsigned>(std::stoul(waiting->email)))));
+            id = *waiting;
+            const std::string email = (*store.unembedded(id))->email;
+            EXPECT_TRUE(store.putVector(id, vectorOf(static_cast<unsigned>(std::stoul(email)))));
         }
     };
     for (unsigned i = 0; i < candidates; ++i) {
