@@ -71,7 +71,7 @@ ExitCode serve(const Options& options, const std::filesystem::path& path) {
         log(bound.error());
         return ExitCode::AddressUnusable;
     }
-    SqliteStore store(path, options.embeddingModel);
+    SqliteStore store(path, options.embeddingModel, log);
     std::unique_ptr<EmbeddingQueue> queue;
     if (!options.embeddingModel.empty()) {
         queue = std::make_unique<EmbeddingQueue>(store, options.modelServer, options.embeddingModel,

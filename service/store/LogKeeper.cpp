@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "service/store/LogKeeper.h"
 
+#include <cerrno>
 #include <chrono>
 
 #include <sqlite3.h>
@@ -21,11 +22,12 @@ constexpr int patienceMs = 20;
 } // namespace
 
 LogKeeper::LogKeeper(const SqliteDatabase& writer, const std::string& path, GroupCommit& writes,
-                     SqliteReaderPool& readers)
+                     SqliteReaderPool& readers, LogLine log)
     : m_writer(writer)
     , m_database(path, SqliteDatabase::Access::ReadWriteCreate)
     , m_writes(writes)
-    , m_readers(readers) {
+    , m_readers(readers)
+    , m_log(std::move(log)) {
     m_database.execute("PRAGMA synchronous = FULL; SELECT 1 FROM sqlite_schema"); // only a read makes it find the log
     // Takes the place of the checkpoint that SQLite itself would make within a commit.
     const auto setLengthOf = [](void* self, sqlite3*, const char*, int pages) {
@@ -64,35 +66,52 @@ void LogKeeper::work() {
         }
         const bool isLong = m_pages >= pagesToAskReaders;
         lock.unlock();
-        const bool isDone = beginAnew(isLong);
+        const int result = beginAnew(isLong);
+        tell(result);
         lock.lock();
-        if (isDone) {
-            m_pages = 0;
-        } else {
+        if (result != SQLITE_OK) {
             m_changed.wait_for(lock, pause, [this] { return m_isStopping; });
         }
     }
 }
 
-/// False when something was in the way.
-bool LogKeeper::beginAnew(bool isLong) {
+/// SQLITE_OK, or what was in the way. Then it is tried again, and until then everything is safe in the log.
+int LogKeeper::beginAnew(bool isLong) {
     if (isLong) {
         m_readers.askToLetGo(true);
     }
     // Most of it while others write; for what they wrote meanwhile they have to wait.
     checkpoint(SQLITE_CHECKPOINT_PASSIVE, 0);
     const auto alone = m_writes.alone();
-    if (!checkpoint(SQLITE_CHECKPOINT_RESTART, isLong ? patienceMs : 0)) {
-        return false;
+    const int result = checkpoint(SQLITE_CHECKPOINT_RESTART, isLong ? patienceMs : 0);
+    if (result == SQLITE_OK) {
+        const std::scoped_lock lock(m_mutex);
+        m_pages = 0; // while nobody can commit, whose pages would be forgotten
+        m_readers.askToLetGo(false);
     }
-    m_readers.askToLetGo(false);
-    return true;
+    return result;
 }
 
-/// What fails is tried again, and until then everything is safe in the log.
-bool LogKeeper::checkpoint(int mode, int patience) {
+int LogKeeper::checkpoint(int mode, int patience) {
     sqlite3_busy_timeout(m_database.handle(), patience);
-    return sqlite3_wal_checkpoint_v2(m_database.handle(), nullptr, mode, nullptr, nullptr) == SQLITE_OK;
+    errno = 0;
+    return primaryCode(sqlite3_wal_checkpoint_v2(m_database.handle(), nullptr, mode, nullptr, nullptr));
+}
+
+/// That others are in the way is no failure, and no sign that a failure is over.
+void LogKeeper::tell(int result) noexcept {
+    const bool isFailing = result != SQLITE_OK;
+    if (result == SQLITE_BUSY || isFailing == m_isFailing) {
+        return;
+    }
+    m_isFailing = isFailing;
+    try {
+        m_log(isFailing ? "the store's log cannot be moved into its file: " + std::string(sqlite3_errstr(result)) +
+                              "; trying again"
+                        : "the store's log is moved into its file again");
+    } catch (const std::exception&) {
+        // What there is no memory for is not said.
+    }
 }
 
 } // namespace dorvantel::service

@@ -6,19 +6,27 @@
 #include "service/store/SqliteReader.h"
 
 #include <condition_variable>
+#include <functional>
 #include <mutex>
+#include <string>
+#include <string_view>
 #include <thread>
 
 namespace dorvantel::service {
 
 /// Moves what the write-ahead log holds into the store's file and lets the log begin anew, in a thread of its own, so
 /// that no write has to wait until all of it was moved. A reader keeps the log from beginning anew as long as it has a
-/// snapshot; when the log gets long beside readers, they are asked to let go. Lives from its construction to its end,
-/// which must come before those of all it is given.
+/// snapshot; when the log gets long beside readers, they are asked to let go. Works from its construction to its end,
+/// which must come before those of all it is given. Nothing of it is to be called in between: it hears of each commit
+/// of the writer, on the thread that commits.
 class LogKeeper {
 public:
-    /// `writer` is what `writes` write with, `path` is its file.
-    LogKeeper(const SqliteDatabase& writer, const std::string& path, GroupCommit& writes, SqliteReaderPool& readers);
+    using LogLine = std::function<void(std::string_view)>;
+
+    /// `writer` is what `writes` write with, `path` is its file. `log` is called on the thread of this object, when
+    /// moving the log begins to fail and when it works again. Throws SqliteError.
+    LogKeeper(const SqliteDatabase& writer, const std::string& path, GroupCommit& writes, SqliteReaderPool& readers,
+              LogLine log);
     LogKeeper(const LogKeeper&) = delete;
     LogKeeper& operator=(const LogKeeper&) = delete;
     ~LogKeeper();
@@ -26,13 +34,16 @@ public:
 private:
     void setLength(int pages);
     void work();
-    bool beginAnew(bool isLong);
-    bool checkpoint(int mode, int patience);
+    int beginAnew(bool isLong);
+    int checkpoint(int mode, int patience);
+    void tell(int result) noexcept;
 
     const SqliteDatabase& m_writer;
     SqliteDatabase m_database;
     GroupCommit& m_writes;
     SqliteReaderPool& m_readers;
+    LogLine m_log;
+    bool m_isFailing = false; ///< of the thread alone
 
     std::mutex m_mutex;
     std::condition_variable m_changed;

@@ -44,13 +44,13 @@ StoreError storeError(const SqliteError& error) {
     }
 }
 
-SqliteStore::SqliteStore(const std::filesystem::path& path, std::string embeddingModel)
+SqliteStore::SqliteStore(const std::filesystem::path& path, std::string embeddingModel, LogKeeper::LogLine log)
     : m_file(path)
     , m_model(std::move(embeddingModel))
     , m_writer(m_file.path())
     , m_writes(m_writer.database(), [this](auto& transaction, auto changes) { commit(transaction, changes); })
     , m_readers(m_file.path())
-    , m_logKeeper(m_writer.database(), m_file.path(), m_writes, m_readers) {
+    , m_logKeeper(m_writer.database(), m_file.path(), m_writes, m_readers, std::move(log)) {
     if (!m_model.empty()) {
         loadVectors();
     }

@@ -22,8 +22,11 @@ namespace dorvantel::service {
 class SqliteStore final : public Store {
 public:
     /// Opens or makes the store. `embeddingModel` is whose vectors are ranked and stored; empty: none, and a semantic
-    /// plan gives no rows. Throws StoreFileError, SchemaError and SqliteError.
-    SqliteStore(const std::filesystem::path& path, std::string embeddingModel);
+    /// plan gives no rows. `log` gets lines for the operator that hold nothing of any record, on a thread of the
+    /// store's own. Throws StoreFileError, SchemaError and SqliteError.
+    SqliteStore(
+        const std::filesystem::path& path, std::string embeddingModel,
+        LogKeeper::LogLine log = [](std::string_view) {});
 
     Stored<void> insert(const Record& record) override;
     Stored<bool> remove(std::string_view email) override;

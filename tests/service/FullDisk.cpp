@@ -16,11 +16,13 @@ namespace {
 
 std::atomic<std::int64_t> limitOfFiles = std::numeric_limits<std::int64_t>::max();
 std::atomic<int> errorOfFiles = 0;
+std::atomic<int> refused = 0;
 
 bool fits(std::int64_t end) {
     if (end <= limitOfFiles) {
         return true;
     }
+    ++refused;
     errno = errorOfFiles;
     return false;
 }
@@ -43,6 +45,7 @@ void setCalls(sqlite3_syscall_ptr writing, sqlite3_syscall_ptr positioned) {
 } // namespace
 
 FullDisk::FullDisk(std::int64_t limit, int error) {
+    refused = 0;
     errorOfFiles = error;
     limitOfFiles = limit;
     setCalls(reinterpret_cast<sqlite3_syscall_ptr>(limitedWrite), reinterpret_cast<sqlite3_syscall_ptr>(limitedPwrite));
@@ -50,6 +53,10 @@ FullDisk::FullDisk(std::int64_t limit, int error) {
 
 FullDisk::~FullDisk() {
     limitOfFiles = std::numeric_limits<std::int64_t>::max();
+}
+
+int FullDisk::refusals() const {
+    return refused;
 }
 
 } // namespace dorvantel::test

@@ -15,6 +15,9 @@ public:
     FullDisk(const FullDisk&) = delete;
     FullDisk& operator=(const FullDisk&) = delete;
     ~FullDisk();
+
+    /// How often something was refused so far. Any thread.
+    int refusals() const;
 };
 
 } // namespace dorvantel::test

@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Dorvantel founders
 // SPDX-License-Identifier: MIT
+#include "tests/service/FullDisk.h"
 #include "tests/service/SqliteStoreFixture.h"
 #include "tests/support/Wait.h"
 
+#include <mutex>
 #include <thread>
 
 using namespace dorvantel::service;
@@ -60,6 +62,37 @@ TEST_F(StoreLog, IsShortAgainOnceAReaderHasEnded) {
 TEST_F(StoreLog, IsMovedIntoTheFileWhileNobodyAsksForAnything) {
     insert("large@x", 6 * mebibyte);
     EXPECT_TRUE(waitUntil([this] { return std::filesystem::file_size(folder.store()) > 6 * mebibyte; }));
+}
+
+TEST_F(SqliteStoreTest, LogThatCannotBeMovedIntoTheFileIsReportedOnceAndOnceWhenItCan) {
+    const auto insert = [](SqliteStore& store, const std::string& email, std::size_t bytes) {
+        Record record = makeRecord(email);
+        record.file = std::string(bytes, 'x');
+        ASSERT_TRUE(store.insert(record));
+    };
+    {
+        SqliteStore closed(folder.store(), "");
+        insert(closed, "first@x", 10 * mebibyte);
+    }
+    std::mutex mutex;
+    std::vector<std::string> lines;
+    const auto log = [&] {
+        const std::scoped_lock lock(mutex);
+        return lines;
+    };
+    SqliteStore store(folder.store(), "", [&](std::string_view line) {
+        const std::scoped_lock lock(mutex);
+        lines.emplace_back(line);
+    });
+    {
+        const FullDisk disk(8 * mebibyte, EDQUOT); // enough for the log, too little for what the file has to grow to
+        insert(store, "second@x", 6 * mebibyte);
+        EXPECT_TRUE(waitUntil([&] { return disk.refusals() >= 5; }));
+    }
+    EXPECT_TRUE(waitUntil([&] { return log().size() >= 2; }));
+    EXPECT_THAT(log(), testing::ElementsAre(
+                           "the store's log cannot be moved into its file: database or disk is full; trying again",
+                           "the store's log is moved into its file again"));
 }
 
 TEST_F(StoreLog, OfManyWritersStaysShort) {
