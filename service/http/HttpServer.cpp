@@ -230,8 +230,14 @@ HttpServer::HttpServer(const Settings& settings, LogLine log)
     , m_log(std::move(log))
     , m_bodies(bodiesInMemory * settings.bodyLimit)
     , m_listener(std::make_unique<Listener>(settings, m_log)) {
+    setUpListener();
+    routeWithoutBody();
+    routeWithBody();
+}
+
+void HttpServer::setUpListener() {
     m_listener->set_keep_alive_max_count(100'000);
-    m_listener->set_payload_max_length(settings.bodyLimit);
+    m_listener->set_payload_max_length(m_settings.bodyLimit);
     // The library's own choice lets a second service take the same port.
     m_listener->set_socket_options([](socket_t socket) {
         const int yes = 1;
@@ -243,7 +249,9 @@ HttpServer::HttpServer(const Settings& settings, LogLine log)
         m_log("a request failed unexpectedly");
         send(errorAnswer(500, "the service failed"), response, nullptr);
     });
+}
 
+void HttpServer::routeWithoutBody() {
     const auto withoutBody = [this](const httplib::Request& request, httplib::Response& response) {
         const auto refuse = [](std::size_t) {
             return std::unexpected(errorAnswer(400, "a body is not taken here, or not without its length"));
@@ -252,6 +260,12 @@ HttpServer::HttpServer(const Settings& settings, LogLine log)
         HttpAnswer result = answer(headOf(request), refuse, running != nullptr);
         send(std::move(result), response, std::move(running));
     };
+    m_listener->Get(everyAddress, withoutBody);
+    m_listener->Options(everyAddress, withoutBody);
+    m_listener->Delete(everyAddress, withoutBody); // the library's choice for one without a length
+}
+
+void HttpServer::routeWithBody() {
     const auto withBody = [this](const httplib::Request& request, httplib::Response& response,
                                  const httplib::ContentReader& reader) {
         // An answer may be as large as the body, so the room of the one becomes that of the other.
@@ -266,9 +280,6 @@ HttpServer::HttpServer(const Settings& settings, LogLine log)
         const auto read = [&](std::size_t limit) { return readBody(request, response, reader, limit, held->memory); };
         send(answer(headOf(request), read, held->running != nullptr), response, held);
     };
-    m_listener->Get(everyAddress, withoutBody);
-    m_listener->Options(everyAddress, withoutBody);
-    m_listener->Delete(everyAddress, withoutBody); // the library's choice for one without a length
     m_listener->Delete(everyAddress, httplib::Server::HandlerWithContentReader(withBody));
     m_listener->Post(everyAddress, httplib::Server::HandlerWithContentReader(withBody));
     m_listener->Put(everyAddress, httplib::Server::HandlerWithContentReader(withBody));

@@ -67,6 +67,9 @@ private:
     /// Reads a request's body to its end and gives it when it is no longer than `limit`.
     using ReadBody = std::function<std::expected<std::string, HttpAnswer>(std::size_t limit)>;
 
+    void setUpListener();
+    void routeWithoutBody();
+    void routeWithBody();
     HttpAnswer answer(HttpRequest request, const ReadBody& readBody, bool isServing) const;
 
     Settings m_settings;
