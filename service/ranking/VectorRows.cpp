@@ -21,24 +21,25 @@ int blockShift(std::size_t dimension) {
 } // namespace
 
 void VectorRows::append(std::int64_t id, std::span<const float> vector) {
-    if (m_ids.empty()) {
+    const std::size_t before = size();
+    if (before == 0) {
         m_dimension = vector.size();
         m_blockShift = blockShift(m_dimension);
     }
-    m_ids.push_back(id);
     try {
+        m_ids.push_back(id);
         m_coded.emplace_back();
         if (size() > m_blocks.size() * blockRows()) {
             m_blocks.push_back({AlignedArray<float>(blockRows() * m_dimension),
                                 AlignedArray<std::uint8_t>(blockRows() * paddedCodes(m_dimension))});
         }
     } catch (...) {
-        m_ids.pop_back();
-        m_coded.resize(m_ids.size());
-        m_dimension = m_ids.empty() ? 0 : m_dimension;
+        m_ids.resize(before);
+        m_coded.resize(before);
+        m_dimension = before == 0 ? 0 : m_dimension;
         throw;
     }
-    replace(size() - 1, vector);
+    replace(before, vector);
 }
 
 void VectorRows::replace(std::size_t row, std::span<const float> vector) {

@@ -166,6 +166,7 @@ std::string_view SqliteStatement::blob(int column) const {
 SqliteBlob::SqliteBlob(const SqliteDatabase& database, const char* table, const char* column, std::int64_t row)
     : m_database(database) {
     sqlite3_blob* blob = nullptr;
+    errno = 0;
     const int result = sqlite3_blob_open(database.handle(), "main", table, column, row, 0, &blob);
     m_blob.reset(blob);
     if (result != SQLITE_OK) {
@@ -180,6 +181,7 @@ void SqliteBlob::Close::operator()(sqlite3_blob* blob) const {
 std::string SqliteBlob::read(std::size_t at, std::size_t size) const {
     const auto whole = static_cast<std::size_t>(sqlite3_blob_bytes(m_blob.get()));
     std::string bytes(std::min(size, whole - std::min(at, whole)), '\0');
+    errno = 0;
     const int result =
         sqlite3_blob_read(m_blob.get(), bytes.data(), static_cast<int>(bytes.size()), static_cast<int>(at));
     if (result != SQLITE_OK) {
