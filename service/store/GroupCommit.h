@@ -5,9 +5,12 @@
 #include "service/store/Sqlite.h"
 
 #include <condition_variable>
+#include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <vector>
 

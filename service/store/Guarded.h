@@ -12,7 +12,8 @@ namespace dorvantel::service {
 /// What the callers of a store are told of what SQLite reported.
 StoreError storeError(const SqliteError& error);
 
-/// Runs `work`; what SQLite throws in it becomes the error of a `Stored`.
+/// Runs `work`; a SqliteError in it becomes the error of a `Stored`. Everything else goes through, the want of memory
+/// (std::bad_alloc) above all, which is no trouble of the store.
 template <typename Work>
 auto guarded(Work&& work) -> Stored<decltype(work())> {
     try {

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -83,7 +83,8 @@ private:
     std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
 };
 
-/// A blob that is read in pieces, so that it need not be in memory as a whole.
+/// A blob that is read in pieces, so that it need not be in memory as a whole. Throws SqliteError, also when its row
+/// has changed since it was opened. `database` must outlive it, and one thread at a time uses both.
 class SqliteBlob {
 public:
     SqliteBlob(const SqliteDatabase& database, const char* table, const char* column, std::int64_t row);

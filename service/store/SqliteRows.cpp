@@ -41,6 +41,12 @@ private:
     std::size_t m_run = 0;
 };
 
+/// A version that is still to be given.
+struct Noted {
+    std::int64_t id;
+    float score;
+};
+
 /// Fills `row` with a version.
 void readVersion(SqliteReader& reader, std::int64_t id, Row& row) {
     reader.byId().reset();
@@ -75,7 +81,7 @@ protected:
     virtual bool readNext(SqliteReader& reader, Row& row) = 0;
     /// Notes what `readNext` would still give.
     virtual void noteRest(SqliteReader& reader) = 0;
-    virtual std::optional<RankedVector> nextNoted() = 0;
+    virtual std::optional<Noted> nextNoted() = 0;
     /// The reader is about to be given back.
     virtual void forgetReader() {}
 
@@ -124,13 +130,13 @@ protected:
         row.score = all;
         return true;
     }
-    std::optional<RankedVector> nextNoted() final {
+    std::optional<Noted> nextNoted() final {
         const auto id = m_left == 0 ? std::nullopt : m_rest.next();
         if (!id) {
             return std::nullopt;
         }
         --m_left;
-        return RankedVector{*id, all};
+        return Noted{*id, all};
     }
 
     virtual bool readUnlimited(SqliteReader& reader, Row& row) = 0;
@@ -216,8 +222,12 @@ protected:
         return ranked.has_value();
     }
     void noteRest(SqliteReader&) override {}
-    std::optional<RankedVector> nextNoted() override {
-        return m_next == m_ranking.size() ? std::nullopt : std::optional(m_ranking[m_next++]);
+    std::optional<Noted> nextNoted() override {
+        if (m_next == m_ranking.size()) {
+            return std::nullopt;
+        }
+        const RankedVector& ranked = m_ranking[m_next++];
+        return Noted{ranked.id, ranked.score};
     }
 
 private:

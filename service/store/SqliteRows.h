@@ -5,6 +5,7 @@
 #include "service/ranking/VectorScan.h"
 #include "service/store/SqliteReader.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -13,7 +14,8 @@ namespace dorvantel::service {
 
 // The answers of the store that ships. Each begins with a snapshot, which keeps the store's log from beginning anew. So
 // an answer that is asked to let go of it notes which versions it still has to give and reads them one by one from then
-// on: versions never change, and those that are no longer current are in the history. `readers` must outlive them.
+// on: versions never change, and those that are no longer current are in the history. `readers` must outlive them, and
+// one thread at a time uses each. Making one throws SqliteError; what fails later is the error of a row.
 
 /// Every candidate, or as many as asked for.
 std::unique_ptr<Rows> allRows(SqliteReaderPool& readers, std::optional<std::size_t> limit);

@@ -5,8 +5,12 @@
 #include "service/candidates/Record.h"
 #include "service/store/Sqlite.h"
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
+#include <string>
+#include <string_view>
 
 namespace dorvantel::service {
 
