@@ -85,11 +85,7 @@ ContentView::ContentView(const Services& services, QWidget* parent)
     connect(&m_intake, &IntakeState::processingErrorChanged, this, &ContentView::showProcessingError);
 }
 
-ContentView::~ContentView() {
-    // What shows the state goes before the state does.
-    delete m_sheet;
-    delete takeCentralWidget();
-}
+ContentView::~ContentView() = default;
 
 QWidget* ContentView::makeSidebar() {
     m_list = new QListView;
