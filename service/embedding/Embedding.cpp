@@ -131,6 +131,9 @@ public:
         http->set_keep_alive(true);
     }
 
+    /// Ends the call that is under way. Any thread.
+    void stop() const { http->stop(); }
+
     /// The library bounds each wait for bytes and leaves the body to us, but takes a head without end as long as
     /// something comes. So whatever is under way at `end` is cut from outside.
     httplib::Result sendUntil(Clock::time_point end, const httplib::Request& request) const {
@@ -142,7 +145,7 @@ public:
             woken.wait_until(lock, isOver, end, never);
             // A call that is only about to connect does not notice that it was cut, so it is told until it has.
             while (!isOver.stop_requested()) {
-                http->stop();
+                stop();
                 woken.wait_for(lock, isOver, 20ms, never);
             }
         });
@@ -208,7 +211,7 @@ std::expected<std::vector<double>, EmbeddingError> EmbeddingClient::embed(const 
 
 void EmbeddingClient::cancel() {
     m_connection->isCancelled = true;
-    m_connection->http->stop();
+    m_connection->stop();
 }
 
 } // namespace dorvantel::service
