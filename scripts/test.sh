@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 The Dorvantel founders
 # SPDX-License-Identifier: MIT
 # Builds everything and runs all tests: plain, and under the address and undefined-behaviour sanitizers with the check
-# for leaks. Then runs every fuzzer for half a minute, or for FUZZ_SECONDS. The thread sanitizer takes half an hour more.
+# for leaks. Then runs every fuzzer for half a minute, or for FUZZ_SECONDS. The thread sanitizer is run by name only.
 #   scripts/test.sh                  all of that
 #   scripts/test.sh tsan             some parts only (dev, asan-ubsan, tsan, fuzz or coverage)
 set -euo pipefail
