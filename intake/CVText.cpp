@@ -147,7 +147,7 @@ constexpr auto steps = makeSteps();
 class Cleaner {
 public:
     explicit Cleaner(const QString& text)
-        : m_text(reinterpret_cast<const char16_t*>(text.utf16()), text.size()) {}
+        : m_text(reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())) {}
 
     QString cleaned() {
         QString result(static_cast<qsizetype>(m_text.size()), Qt::Uninitialized);

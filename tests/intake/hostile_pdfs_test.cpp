@@ -314,7 +314,7 @@ TEST_P(HostilePDFMade, IsReadAndShownOrRefused) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, HostilePDFMade, testing::ValuesIn(made),
-                         [](const auto& made) { return std::string(made.param.name); });
+                         [](const auto& file) { return std::string(file.param.name); });
 
 TEST_P(HostilePDFOdd, IsReadAndShownOrRefused) {
     if (oddFolder().isEmpty()) {

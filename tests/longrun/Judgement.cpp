@@ -93,9 +93,9 @@ void judgeTimes(Judge& judge, const Bounds& bounds) {
     const auto kinds = {std::pair(u"An intake"_s, &Sample::intake), std::pair(u"A search"_s, &Sample::search),
                         std::pair(u"A deletion"_s, &Sample::deletion)};
     for (const auto& [what, spent] : kinds) {
-        judge.time(what, [spent = spent](const Sample& s) { return (s.*spent).quick; }, bounds);
+        judge.time(what, [member = spent](const Sample& s) { return (s.*member).quick; }, bounds);
         judge.time(
-            what + u", work of the window's thread"_s, [spent = spent](const Sample& s) { return (s.*spent).work; },
+            what + u", work of the window's thread"_s, [member = spent](const Sample& s) { return (s.*member).work; },
             bounds);
     }
 }

@@ -155,8 +155,9 @@ VectorRows rowsOf(const std::vector<Vector>& vectors) {
 std::vector<std::size_t> dimensions() {
     std::vector<std::size_t> dimensions(130);
     std::iota(dimensions.begin(), dimensions.end(), 1);
-    for (const std::size_t more : {191, 192,  193,  255,  256,  257,  383,  384,  385,  511,  512,  513,  767,  768,
-                                   769, 1000, 1023, 1024, 1025, 1535, 1536, 2047, 2048, 3071, 3072, 3333, 4095, 4096}) {
+    for (const std::size_t more : std::initializer_list<std::size_t>{
+             191, 192,  193,  255,  256,  257,  383,  384,  385,  511,  512,  513,  767,  768,
+             769, 1000, 1023, 1024, 1025, 1535, 1536, 2047, 2048, 3071, 3072, 3333, 4095, 4096}) {
         dimensions.push_back(more);
     }
     return dimensions;
@@ -194,7 +195,7 @@ TEST_P(BestRowsOnEveryKernel, SameRowsAndScoresAsThePlainPass) {
         for (const Scene& scene : Scenes(dimension, dimension < 200 ? 100 : 41).all()) {
             const VectorRows rows = rowsOf(scene.vectors);
             std::vector<RankedVector> expected = plainBest(rows, scene.query, std::nullopt, 40);
-            for (const std::size_t limit : {40, 5, 1}) {
+            for (const std::size_t limit : std::initializer_list<std::size_t>{40, 5, 1}) {
                 expected.resize(std::min(expected.size(), limit));
                 ASSERT_EQ(bestRows(rows, scene.query, std::nullopt, limit, kernel()), expected)
                     << scene.name << ", " << dimension << " numbers, the best " << limit;
@@ -204,10 +205,10 @@ TEST_P(BestRowsOnEveryKernel, SameRowsAndScoresAsThePlainPass) {
 }
 
 TEST_P(BestRowsOnEveryKernel, SameRowsAndScoresAmongSomeRows) {
-    for (const std::size_t dimension : {1, 7, 64, 100, 768}) {
+    for (const std::size_t dimension : std::initializer_list<std::size_t>{1, 7, 64, 100, 768}) {
         for (const Scene& scene : Scenes(dimension, 300).all()) {
             const VectorRows rows = rowsOf(scene.vectors);
-            for (const std::size_t step : {2, 9, 100, 400}) {
+            for (const std::size_t step : std::initializer_list<std::size_t>{2, 9, 100, 400}) {
                 std::vector<std::size_t> among;
                 for (std::size_t row = step / 2; row < rows.size(); row += step) {
                     among.push_back(row);

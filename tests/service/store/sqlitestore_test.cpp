@@ -42,7 +42,7 @@ TEST_F(SqliteStoreTest, PDFIsGivenBackAsItWas) {
     SqliteStore store(folder.store(), "");
     Record record = makeRecord("a@x");
     std::string bytes;
-    for (int i = 0; i < 300'000; ++i) {
+    for (unsigned i = 0; i < 300'000; ++i) {
         bytes += static_cast<char>(i * i);
     }
     record.file = bytes;
