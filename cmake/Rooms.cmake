@@ -27,6 +27,17 @@ function(dorvantel_renew_moc target sources)
     endif()
 endfunction()
 
+# Most of what a test costs to compile is what the headers of the test library expand to: unoptimised, and with those
+# headers read once, it takes a quarter of the time. What is tested is optimised all the same. The plain build reads the
+# headers as they stand, so that each file still has to include what it uses. What follows
+# the target is for target_precompile_headers.
+function(dorvantel_compile_quickly target)
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Debug>:-O0>)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        target_precompile_headers(${target} ${ARGN})
+    endif()
+endfunction()
+
 # The tests of one folder: every *_test.cpp below tests/<folder>, one program, one ctest entry per test, labelled with
 # the program's name.
 function(dorvantel_tests name)
@@ -39,6 +50,7 @@ function(dorvantel_tests name)
     add_executable(test_${name} ${sources})
     dorvantel_renew_moc(test_${name} "${sources}")
     target_link_libraries(test_${name} PRIVATE dorvantel_test_support ${T_LINK})
+    dorvantel_compile_quickly(test_${name} REUSE_FROM dorvantel_test_support)
     target_compile_definitions(test_${name} PRIVATE
         DORVANTEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}" DORVANTEL_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
     if(T_DEPENDS)

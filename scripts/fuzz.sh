@@ -9,7 +9,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/packages.sh
-install_missing "${program_packages[@]}" "${fuzz_packages[@]}"
+install_missing "${program_packages[@]}" "${sanitizer_packages[@]}"
 
 things=("$@")
 if [ $# -eq 0 ]; then

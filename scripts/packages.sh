@@ -27,8 +27,9 @@ bench_packages=(libfaiss-dev liblapack-dev libblas-dev xvfb)
 # What the preset "tidy" takes beside that.
 tidy_packages=(clang-19 clang-tidy-19 clang-format-19)
 
-# What the preset "fuzz" takes beside that; the libraries of the sanitizers come separately.
-fuzz_packages=(clang-19 libclang-rt-19-dev)
+# What the presets "asan-ubsan", "tsan" and "fuzz" take beside that: the libraries of the sanitizers come separately, and
+# so does what tells them the names of functions.
+sanitizer_packages=(clang-19 libclang-rt-19-dev llvm-19)
 
 # install_missing PACKAGE...
 install_missing() {

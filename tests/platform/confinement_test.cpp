@@ -276,9 +276,9 @@ TEST_F(Confinement, WhatIsOpenIsReadAndWritten) {
 }
 
 TEST_F(Confinement, ThreadsAreStarted) {
-#if defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "the thread sanitizer knows no threads after a fork";
-#endif
+    if (isSanitizedForThreads) {
+        GTEST_SKIP() << "the thread sanitizer knows no threads after a fork";
+    }
     EXPECT_EQ(outcomeOf([] {
                   int result = -1;
                   std::thread([&result] { result = 0; }).join();
@@ -311,7 +311,7 @@ TEST(PDFReader, OpensNothingWhenItCannotBeConfined) {
     const std::unique_ptr<void, decltype(&seccomp_release)> noFilters(seccomp_init(SCMP_ACT_ALLOW), seccomp_release);
     ASSERT_EQ(seccomp_rule_add(noFilters.get(), SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(seccomp), 0), 0);
     ASSERT_EQ(seccomp_rule_add(noFilters.get(), SCMP_ACT_ERRNO(EINVAL), SCMP_SYS(prctl), 1,
-                               SCMP_A0(SCMP_CMP_EQ, PR_SET_SECCOMP)),
+                               scmp_arg_cmp{0, SCMP_CMP_EQ, PR_SET_SECCOMP, 0}),
               0);
     for (const QStringList& arguments :
          {QStringList(), QStringList{u"--render"_s}, QStringList{u"--text"_s, u"/dev/null"_s}}) {
