@@ -1,17 +1,17 @@
 #!/usr/bin/env bash
 # SPDX-FileCopyrightText: 2026 The Dorvantel founders
 # SPDX-License-Identifier: MIT
-# Builds everything and runs all tests: plain, and under the address and undefined-behaviour sanitizers with the check
-# for leaks. Then runs every fuzzer for half a minute, or for FUZZ_SECONDS. The thread sanitizer is run by name only.
+# Builds everything and runs all tests three times: plain, under the address and undefined-behaviour sanitizers with the
+# check for leaks, and under the thread sanitizer. Then runs every fuzzer for half a minute, or for FUZZ_SECONDS.
 #   scripts/test.sh                  all of that
 #   scripts/test.sh tsan             some parts only (dev, asan-ubsan, tsan, fuzz or coverage)
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/packages.sh
-install_missing "${program_packages[@]}" "${test_packages[@]}"
+install_missing "${program_packages[@]}" "${test_packages[@]}" "${sanitizer_packages[@]}"
 
 parts=("$@")
-[ ${#parts[@]} -gt 0 ] || parts=(dev asan-ubsan fuzz)
+[ ${#parts[@]} -gt 0 ] || parts=(dev asan-ubsan tsan fuzz)
 
 logs=build/test-logs
 mkdir -p "$logs"
